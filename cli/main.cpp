@@ -1,0 +1,64 @@
+// tessary-cli: the COG rules of the editor for scripts and continuous integration.
+#include "cli/commands.h"
+
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+namespace cli {
+
+bool readFile(const std::string& path, std::string& bytes) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        std::cerr << "tessary-cli: cannot read " << path << ": " << std::strerror(errno) << "\n";
+        return false;
+    }
+    std::ostringstream buffer;
+    buffer << in.rdbuf();
+    if (in.bad()) {
+        std::cerr << "tessary-cli: cannot read " << path << "\n";
+        return false;
+    }
+    bytes = std::move(buffer).str();
+    return true;
+}
+
+} // namespace cli
+
+namespace {
+
+const char* const kUsage =
+    "Usage: tessary-cli COMMAND [OPTIONS] FILE...\n"
+    "\n"
+    "Commands:\n"
+    "  outline [--json] FILE...            the explorer tree of each COG file\n"
+    "  check [--json] [--caret N] FILE...  brace and section findings, as FILE:LINE:COLUMN: TEXT\n"
+    "  reference [--json] FILE             the tree of a reference file, warnings for skipped lines\n"
+    "  generate TEMPLATE [NAME=VALUE]...   the COG text a template generates (--list: its parameters)\n"
+    "\n"
+    "Exit status: 0 all well; 1 an incomplete tree, a finding or a skipped line; 2 a usage error\n"
+    "or a file that cannot be read.\n"
+    "Run 'tessary-cli COMMAND --help' for the details of one command.\n";
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::cerr << kUsage;
+        return 2;
+    }
+    const std::string command = argv[1];
+    const cli::Args args(argv + 2, argv + argc);
+    if (command == "--help" || command == "-h" || command == "help") {
+        std::cout << kUsage;
+        return 0;
+    }
+    if (command == "outline") return cli::runOutline(args);
+    if (command == "check") return cli::runCheck(args);
+    if (command == "reference") return cli::runReference(args);
+    if (command == "generate") return cli::runGenerate(args);
+    std::cerr << "tessary-cli: unknown command '" << command << "'\n" << kUsage;
+    return 2;
+}
