@@ -47,7 +47,10 @@ void install(CogTextBox* box) {
 
     box->setCaretForegroundColor(text);
     box->setCaretLineVisible(true);
-    box->setCaretLineBackgroundColor(blend(base, highlight, 0.12));
+    // See-through, so that the brace highlight on the caret's line still shows.
+    QColor currentLine = highlight;
+    currentLine.setAlpha(40);
+    box->setCaretLineBackgroundColor(currentLine);
 
     box->setBraceMatching(QsciScintilla::SloppyBraceMatch);
     box->setMatchedBraceBackgroundColor(blend(base, highlight, 0.35));
