@@ -56,8 +56,9 @@ CogStyle CogWords::classify(std::string_view word) const {
 }
 
 std::size_t lineLength(std::string_view text) {
-    const std::size_t lf = text.find('\n');
-    return lf == std::string_view::npos ? text.size() : lf + 1;
+    const std::size_t end = text.find_first_of("\r\n");
+    if (end == std::string_view::npos) return text.size();
+    return text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n' ? end + 2 : end + 1;
 }
 
 LineState styleCogLine(std::string_view line, LineState, const CogWords& words, unsigned char* out) {
@@ -149,7 +150,9 @@ void StyleTracker::reset() {
 void StyleTracker::styled(std::int64_t start, std::int64_t position) {
     if (start <= cleanEnd_) cleanEnd_ = std::max(cleanEnd_, position);
     if (changeStart_ < 0 || start > changeStart_) return;
-    if (position > changeEnd_)
+    // Styling that ends right at the change's end leaves the next line to the restyle that
+    // continues from there.
+    if (position >= changeEnd_)
         changeStart_ = changeEnd_ = -1;
     else
         changeStart_ = std::max(changeStart_, position);

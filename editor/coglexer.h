@@ -40,14 +40,15 @@ private:
     std::unordered_map<std::string, CogStyle> words_; // lower case
 };
 
-// Styles one line: `line` starts at a line start and runs up to and including its LF (or to the
-// end of the text). Writes line.size() style bytes to out and returns the state at its end.
+// Styles one line: `line` starts at a line start and runs up to and including its line end (or to
+// the end of the text). Writes line.size() style bytes to out and returns the state at its end.
 LineState styleCogLine(std::string_view line, LineState start, const CogWords& words, unsigned char* out);
 
 // Styles a text that starts at a line start: one style byte per input byte.
 void styleCogText(std::string_view text, const CogWords& words, unsigned char* out);
 
-// Length of the line starting at text[0]: up to and including its LF, or the whole rest.
+// Length of the line starting at text[0]: up to and including its line end, which is CR LF, LF
+// or a CR alone as in the editor, or the whole rest.
 std::size_t lineLength(std::string_view text);
 
 // Which stored styles are still right after edits. Styles are right in [0, cleanEnd) except in

@@ -152,46 +152,54 @@ void CogLexer::styleText(int start, int end) {
     QsciScintilla* ed = editor();
     if (!ed || end <= start) return;
     using Sci = QsciScintillaBase;
-    // Style whole lines: from start (a line start) to the end of the line holding end - 1.
-    const long length = ed->SendScintilla(Sci::SCI_GETLENGTH);
-    const long lastLine = ed->SendScintilla(Sci::SCI_LINEFROMPOSITION, static_cast<unsigned long>(end - 1));
-    long stop = ed->SendScintilla(Sci::SCI_POSITIONFROMLINE, static_cast<unsigned long>(lastLine + 1));
-    if (stop < 0 || stop > length) stop = length;
-    if (stop <= start) return;
-
-    const auto* text = reinterpret_cast<const char*>(ed->SendScintilla(
-        Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(start), static_cast<long>(stop - start)));
-    const std::string_view range(text, static_cast<std::size_t>(stop - start));
-    styles_.resize(range.size());
-
+    const auto lineStartAfter = [ed](long position) { // start of the line after the one holding position
+        const long length = ed->SendScintilla(Sci::SCI_GETLENGTH);
+        const long line = ed->SendScintilla(Sci::SCI_LINEFROMPOSITION, static_cast<unsigned long>(position));
+        const long next = ed->SendScintilla(Sci::SCI_POSITIONFROMLINE, static_cast<unsigned long>(line + 1));
+        return next < 0 || next > length ? length : next;
+    };
+    // Whole lines: from start (a line start) to the end of the line holding end - 1.
+    const long stop = lineStartAfter(end - 1);
     long line = ed->SendScintilla(Sci::SCI_LINEFROMPOSITION, static_cast<unsigned long>(start));
     auto state = line > 0 ? static_cast<editor::LineState>(ed->SendScintilla(
                                 Sci::SCI_GETLINESTATE, static_cast<unsigned long>(line - 1)))
                           : editor::LineState::Normal;
     ed->SendScintilla(Sci::SCI_STARTSTYLING, static_cast<unsigned long>(start), 0L);
-    std::size_t done = 0;
-    while (done < range.size()) {
-        const std::size_t len = editor::lineLength(range.substr(done));
-        state = editor::styleCogLine(range.substr(done, len), state, words_, styles_.data() + done);
-        done += len;
-        const long before = ed->SendScintilla(Sci::SCI_GETLINESTATE, static_cast<unsigned long>(line));
-        if (before != static_cast<long>(state))
-            ed->SendScintilla(Sci::SCI_SETLINESTATE, static_cast<unsigned long>(line),
-                              static_cast<long>(state));
-        ++line;
-        const long pos = start + static_cast<long>(done);
-        // Past the edit, a line that ends in the state it ended in before is followed by lines
-        // whose stored styles are still right: keep them.
-        if (done < range.size() && before == static_cast<long>(state) && tracker_.canStopAt(pos) &&
-            tracker_.cleanEnd() >= stop) {
-            ed->SendScintilla(Sci::SCI_SETSTYLINGEX, static_cast<unsigned long>(done),
-                              reinterpret_cast<const char*>(styles_.data()));
-            ed->SendScintilla(Sci::SCI_STARTSTYLING, static_cast<unsigned long>(stop), 0L);
-            tracker_.styled(start, stop);
-            return;
+
+    // In chunks of whole lines: asking for a range moves Scintilla's gap only within it.
+    constexpr long chunkSize = 64 * 1024;
+    for (long chunk = start; chunk < stop;) {
+        const long chunkEnd = std::min(stop, lineStartAfter(std::min(stop, chunk + chunkSize) - 1));
+        const auto* text = reinterpret_cast<const char*>(
+            ed->SendScintilla(Sci::SCI_GETRANGEPOINTER, static_cast<unsigned long>(chunk),
+                              static_cast<long>(chunkEnd - chunk)));
+        const std::string_view range(text, static_cast<std::size_t>(chunkEnd - chunk));
+        styles_.resize(range.size());
+        std::size_t done = 0;
+        while (done < range.size()) {
+            const std::size_t len = editor::lineLength(range.substr(done));
+            state = editor::styleCogLine(range.substr(done, len), state, words_, styles_.data() + done);
+            done += len;
+            const long before = ed->SendScintilla(Sci::SCI_GETLINESTATE, static_cast<unsigned long>(line));
+            if (before != static_cast<long>(state))
+                ed->SendScintilla(Sci::SCI_SETLINESTATE, static_cast<unsigned long>(line),
+                                  static_cast<long>(state));
+            ++line;
+            const long pos = chunk + static_cast<long>(done);
+            // Past the edit, a line that ends in the state it ended in before is followed by lines
+            // whose stored styles are still right: keep them.
+            if (pos < stop && before == static_cast<long>(state) && tracker_.canStopAt(pos) &&
+                tracker_.cleanEnd() >= stop) {
+                ed->SendScintilla(Sci::SCI_SETSTYLINGEX, static_cast<unsigned long>(done),
+                                  reinterpret_cast<const char*>(styles_.data()));
+                ed->SendScintilla(Sci::SCI_STARTSTYLING, static_cast<unsigned long>(stop), 0L);
+                tracker_.styled(start, stop);
+                return;
+            }
         }
+        ed->SendScintilla(Sci::SCI_SETSTYLINGEX, static_cast<unsigned long>(done),
+                          reinterpret_cast<const char*>(styles_.data()));
+        chunk = chunkEnd;
     }
-    ed->SendScintilla(Sci::SCI_SETSTYLINGEX, static_cast<unsigned long>(done),
-                      reinterpret_cast<const char*>(styles_.data()));
     tracker_.styled(start, stop);
 }

@@ -20,6 +20,7 @@ private slots:
     void linesAreIndependent();
     void trackerStopsOnlyPastTheChange_data();
     void trackerStopsOnlyPastTheChange();
+    void trackerAfterStylingANewTextToItsEnd();
 };
 
 namespace {
@@ -55,6 +56,10 @@ void tst_CogLexer::styleOfWord_data() {
         << QByteArray("# c\r\n") << QByteArray("\r\n") << CogStyle::Default;
     QTest::newRow("single slash is no comment")
         << QByteArray("a / b") << QByteArray("/") << CogStyle::Default;
+    QTest::newRow("a lone CR ends a comment as the editor's lines do")
+        << QByteArray("# c\rthing") << QByteArray("thing") << CogStyle::Type;
+    QTest::newRow("a lone LF ends a comment")
+        << QByteArray("# c\nthing") << QByteArray("thing") << CogStyle::Type;
     QTest::newRow("section word") << QByteArray("\r\nsymbols\r\n") << QByteArray("symbols")
                                   << CogStyle::Section;
     QTest::newRow("section word in capitals")
@@ -168,6 +173,19 @@ void tst_CogLexer::trackerStopsOnlyPastTheChange() {
         tracker.styled(restyleStart, lineStart);
         QVERIFY(!tracker.hasChange());
     }
+}
+
+// A text put in whole and styled to its end leaves nothing changed: the next edit's restyle may
+// stop right after it.
+void tst_CogLexer::trackerAfterStylingANewTextToItsEnd() {
+    editor::StyleTracker tracker;
+    tracker.inserted(0, 1000);
+    QVERIFY(!tracker.canStopAt(500));
+    tracker.styled(0, 1000);
+    QVERIFY(!tracker.hasChange());
+    tracker.inserted(500, 1);
+    QVERIFY(!tracker.canStopAt(501));
+    QVERIFY(tracker.canStopAt(520));
 }
 
 QTEST_APPLESS_MAIN(tst_CogLexer)

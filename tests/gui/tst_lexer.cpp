@@ -35,15 +35,21 @@ namespace {
 
 const std::vector<std::string> sampleVerbs{"GetSenderRef", "MoveToFrame", "Print"};
 
+// Styles what is not styled yet, to the end of the text, as drawing it would.
+void styleToEnd(CogTextBox* box) {
+    const long styled = box->SendScintilla(QsciScintillaBase::SCI_GETENDSTYLED);
+    box->SendScintilla(QsciScintillaBase::SCI_COLOURISE, static_cast<unsigned long>(styled), -1L);
+}
+
 CogStyle styleAt(CogTextBox* box, long position) {
-    box->SendScintilla(QsciScintillaBase::SCI_COLOURISE, 0UL, -1L);
+    styleToEnd(box);
     return static_cast<CogStyle>(
         box->SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, static_cast<unsigned long>(position)));
 }
 
 // Scintilla's styles of the whole text next to the rules applied to the whole text afresh.
 void compareWithFullStyling(CogTextBox* box) {
-    box->SendScintilla(QsciScintillaBase::SCI_COLOURISE, 0UL, -1L);
+    styleToEnd(box);
     const std::string_view text = box->bytes();
     std::string expected(text.size(), '\0');
     editor::CogWords words;
@@ -142,7 +148,7 @@ void tst_Lexer::restyleAfterEdit() {
     QFETCH(QByteArray, probe);
     QFETCH(CogStyle, style);
     CogTextBox* box = window_->txtMain;
-    box->SendScintilla(QsciScintillaBase::SCI_COLOURISE, 0UL, -1L); // all styled before the edit
+    styleToEnd(box); // all styled before the edit
     const long position = sample_.indexOf(at);
     QVERIFY(position >= 0);
     box->replaceRange(position, deleted, inserted);
@@ -156,8 +162,9 @@ void tst_Lexer::restyleAfterEdit() {
 // Edits anywhere, of any kind, leave the same styles as styling the edited text afresh.
 void tst_Lexer::randomEditsMatchAFullRestyle() {
     CogTextBox* box = window_->txtMain;
-    const QList<QByteArray> pieces{"#",    "//", "\"",    "\r\n",     "x",        " ",      "thing ", "end",
-                                   "0x1F", ":",  "Print", "// c\r\n", "\r\n\r\n", "a:\r\n", "2.5"};
+    const QList<QByteArray> pieces{"#",        "//",     "\"",   "\r\n", "x",     " ",
+                                   "thing ",   "end",    "0x1F", ":",    "Print", "// c\r\n",
+                                   "\r\n\r\n", "a:\r\n", "2.5",  "\r",   "\n"};
     std::mt19937 random(12345);
     for (int round = 0; round < 300; ++round) {
         const long length = box->textLength();
@@ -167,7 +174,8 @@ void tst_Lexer::randomEditsMatchAFullRestyle() {
                 std::min(length - position, std::uniform_int_distribution<long>(1, 12)(random));
             box->replaceRange(position, deleted, QByteArray());
         } else {
-            box->replaceRange(position, 0, pieces[static_cast<qsizetype>(random() % pieces.size())]);
+            const QByteArray piece = pieces[static_cast<qsizetype>(random() % pieces.size())];
+            box->replaceRange(position, 0, piece);
         }
         if (random() % 4 == 0) compareWithFullStyling(box);
         if (QTest::currentTestFailed()) return;
