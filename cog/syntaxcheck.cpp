@@ -32,6 +32,29 @@ std::vector<BraceMatch> matchOpeningBraces(std::string_view text) {
     return braces;
 }
 
+bool matchChar(std::string_view text, Pos lpos, char open, char close, int dir) {
+    const auto size = static_cast<Pos>(text.size());
+    // The next position (1-based) of c after from in the walking direction; 0 when none.
+    auto next = [&](Pos from, char c) -> Pos {
+        if (dir >= 0) {
+            const auto at =
+                from < size ? text.find(c, static_cast<std::size_t>(from)) : std::string_view::npos;
+            return at == std::string_view::npos ? 0 : static_cast<Pos>(at) + 1;
+        }
+        if (from <= 1) return 0;
+        const auto at = text.rfind(c, static_cast<std::size_t>(from - 2));
+        return at == std::string_view::npos ? 0 : static_cast<Pos>(at) + 1;
+    };
+    // Distances from lpos make the backward walk read exactly like the forward one.
+    auto distance = [&](Pos p) { return p == 0 ? 0 : (dir >= 0 ? p - lpos : lpos - p); };
+    Pos op = lpos, cl = lpos;
+    do {
+        op = next(op, open);
+        cl = next(cl, close);
+    } while (!(distance(op) > distance(cl) || op == 0 || cl == 0));
+    return cl != 0;
+}
+
 std::vector<Finding> checkCog(std::string_view text, Pos caret) {
     std::vector<Finding> findings;
     for (const BraceMatch& brace : matchOpeningBraces(text))

@@ -31,4 +31,9 @@ struct BraceMatch {
 };
 std::vector<BraceMatch> matchOpeningBraces(std::string_view text);
 
+// The same rule for one character at text position lpos, walked search by search: open is the
+// character at lpos and close its counterpart; dir 1 walks forward, -1 backward (the mirror
+// image). Costs up to the distance to the answer; matchOpeningBraces is the choice for all braces.
+bool matchChar(std::string_view text, Pos lpos, char open = '{', char close = '}', int dir = 1);
+
 } // namespace cog

@@ -26,6 +26,13 @@ bool matchCharStepByStep(const std::string& t, Pos lpos) {
     return (op != 0 && cl != 0) || op < cl;
 }
 
+// The text read from its end, "{" and "}" swapped.
+std::string mirror(const std::string& t) {
+    std::string m(t.rbegin(), t.rend());
+    for (char& c : m) c = c == '{' ? '}' : c == '}' ? '{' : c;
+    return m;
+}
+
 const char* const kSections = "# c\r\nsymbols\r\nend\r\ncode\r\nend\r\n";
 
 } // namespace
@@ -103,6 +110,10 @@ void tst_SyntaxCheck::bracesAgreeWithStepByStepWalk() {
             if (got[i].closed != want[i])
                 QFAIL(qPrintable(QString::fromStdString(t + " brace " + std::to_string(i))));
             QCOMPARE(t[std::size_t(got[i].position - 1)], '{');
+            QCOMPARE(cog::matchChar(t, got[i].position), want[i]);
+            // Walking backward from a "}" is the forward walk on the mirrored text.
+            const Pos mirrored = Pos(t.size()) + 1 - got[i].position;
+            QCOMPARE(cog::matchChar(mirror(t), mirrored, '}', '{', -1), want[i]);
             (want[i] ? closed : open)++;
         }
     }
