@@ -1,5 +1,6 @@
 #include "cog/ui/frmChkSyn.h"
 
+#include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "cog/syntaxcheck.h"
 #include "editor/ui/CogTextBox.h"
@@ -49,6 +50,9 @@ frmChkSyn* frmChkSyn::loaded() {
 frmChkSyn* frmChkSyn::showWindow() {
     if (!gLoaded) {
         gLoaded = new frmChkSyn; // no owner
+        // Without an owner it would keep the program running after the frame has closed.
+        if (frmMain* frame = mdlTessary::frame())
+            QObject::connect(frame, &QObject::destroyed, gLoaded, &QWidget::close);
         gLoaded->Form_Load();
     }
     gLoaded->show();

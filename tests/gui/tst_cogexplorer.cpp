@@ -70,6 +70,7 @@ private slots:
     void treeIsClearedWhenItsWindowCloses();
     void checkWindowListsFindings();
     void checkWindowIsShownOnce();
+    void checkWindowClosesWithTheFrame();
 };
 
 void tst_CogExplorer::selectorSwitchesTheTrees() {
@@ -308,6 +309,17 @@ void tst_CogExplorer::checkWindowIsShownOnce() {
     frame->mnuEditChkSyn_Click();
     QVERIFY(frmChkSyn::loaded());
     QCOMPARE(frmChkSyn::loaded()->lstChkSyn->count(), 4);
+}
+
+void tst_CogExplorer::checkWindowClosesWithTheFrame() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    frame->mnuEditChkSyn_Click();
+    QPointer<frmChkSyn> check = frmChkSyn::loaded();
+    QVERIFY(check && check->isVisible());
+    stopTessary();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!check);
 }
 
 QTEST_MAIN(tst_CogExplorer)
