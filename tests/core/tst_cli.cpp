@@ -104,6 +104,8 @@ void tst_Cli::plainOutput_data() {
     QTest::newRow("check: a caret past the end of the text counts on in the last line")
         << QStringList{"check", "--caret", "1000", "upside.cog"} << 1
         << QByteArray("upside.cog:5:966: no code section\n") << QByteArray();
+    QTest::newRow("check: a directory is no file")
+        << QStringList{"check", "."} << 2 << QByteArray() << QByteArray(".: it is a directory");
     QTest::newRow("check: an unreadable file wins over findings")
         << QStringList{"check", "twice.cog", "nowhere/x.cog"} << 2
         << QByteArray("twice.cog:12:11: { not matched\n") << QByteArray("nowhere/x.cog");
