@@ -2,6 +2,7 @@
 
 #include "editor/lines.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <unordered_set>
@@ -18,11 +19,17 @@ std::vector<std::string> readMessages(std::string_view bytes) {
 }
 
 std::vector<std::string> loadMessages(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return {};
-    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (in.bad()) return {};
-    return readMessages(bytes);
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return {};
+    try {
+        std::ifstream in(path, std::ios::binary);
+        if (!in) return {};
+        const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        if (in.bad()) return {};
+        return readMessages(bytes);
+    } catch (const std::exception&) { // a read error: no names rather than a fault
+        return {};
+    }
 }
 
 } // namespace editor
