@@ -272,4 +272,4 @@ void tst_CogRefTree::collapseKeepsExplorerRoot() {
 }
 
 QTEST_MAIN(tst_CogRefTree)
-#include "tst_cogreftree.moc"
+#include "tst_cogreftreeview.moc"
