@@ -114,8 +114,11 @@ void mdlTessary::LoadMessages() {
 }
 
 void mdlTessary::PlaceAtCaret(QWidget* pic) {
-    frmTessary* w = currentCog();
-    if (!w || !pic) return;
+    if (!pic) return;
+    // The panel belongs to the window whose text box has the focus, normally the current one.
+    frmTessary* w = qobject_cast<frmTessary*>(pic->parentWidget());
+    if (!w) w = currentCog();
+    if (!w) return;
     CogTextBox* t = w->txtMain;
     // The upper-left corner of the character before the caret, in the editor's viewport.
     const unsigned long pos = static_cast<unsigned long>(std::max(t->selStart() - 1, 0L));
