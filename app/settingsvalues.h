@@ -1,21 +1,20 @@
-// How the settings store's texts read back into values and how values are written to it:
-// Booleans as "True" or "False", numbers in decimal.
+// Reading the values of the settings store, which hold text: a value that does not convert falls
+// back to the default instead of stopping the program.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace app {
+namespace settings {
 
-std::string boolText(bool b); // "True" or "False"
+// "True" / "False" in any letter case, or a whole number (non-zero is true).
+bool toBool(std::string_view text, bool fallback);
+// A number rounded to the nearest whole one (halves to even) in the 16-bit range.
+std::int16_t toInt16(std::string_view text, std::int16_t fallback);
 
-// "True"/"False" in any letter case, or a whole number (0 false, anything else true); other
-// text gives fallback.
-bool parseBool(std::string_view text, bool fallback);
-
-// A whole number in the 16-bit range, blanks around it allowed; other text gives fallback.
-std::int16_t parseInt16(std::string_view text, std::int16_t fallback);
+// How a Boolean is written: "True" or "False".
+std::string boolText(bool b);
 
 // Rounds to the nearest whole number, halves to the even one.
 long roundHalfEven(double x);
@@ -24,4 +23,4 @@ long roundHalfEven(double x);
 // one, and held within 1 to 32767.
 std::int16_t roundFontSize(double points);
 
-} // namespace app
+} // namespace settings

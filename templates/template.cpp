@@ -186,7 +186,7 @@ std::vector<double> columnWidths(const std::vector<double>& titleWidths, double 
     double w = 0;
     for (std::size_t i = 0; i < titleWidths.size(); ++i) {
         widths.push_back(i + 1 == titleWidths.size() ? listWidth - w - reserve : titleWidths[i]);
-        w = static_cast<double>(app::roundHalfEven(w + titleWidths[i]));
+        w = static_cast<double>(settings::roundHalfEven(w + titleWidths[i]));
     }
     return widths;
 }

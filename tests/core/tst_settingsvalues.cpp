@@ -1,4 +1,4 @@
-// Settings texts read back into values, and the editor's font size rounding.
+// The editor font's size as the font command keeps it, and how Booleans are written.
 #include "app/settingsvalues.h"
 
 #include <QtTest>
@@ -8,10 +8,7 @@ class tst_SettingsValues : public QObject {
 private slots:
     void roundsFontSizeHalfToEven_data();
     void roundsFontSizeHalfToEven();
-    void readsBooleans_data();
-    void readsBooleans();
-    void readsSmallNumbers_data();
-    void readsSmallNumbers();
+    void writesBooleans();
 };
 
 void tst_SettingsValues::roundsFontSizeHalfToEven_data() {
@@ -29,45 +26,16 @@ void tst_SettingsValues::roundsFontSizeHalfToEven_data() {
 void tst_SettingsValues::roundsFontSizeHalfToEven() {
     QFETCH(double, points);
     QFETCH(int, size);
-    QCOMPARE(int(app::roundFontSize(points)), size);
+    QCOMPARE(int(settings::roundFontSize(points)), size);
+    QCOMPARE(settings::toInt16(std::to_string(settings::roundFontSize(points)), 0),
+             settings::roundFontSize(points));
 }
 
-void tst_SettingsValues::readsBooleans_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("fallback");
-    QTest::addColumn<bool>("value");
-    QTest::newRow("True") << "True" << false << true;
-    QTest::newRow("False") << "False" << true << false;
-    QTest::newRow("letter case ignored") << "tRUE" << false << true;
-    QTest::newRow("number zero") << "0" << true << false;
-    QTest::newRow("other number") << "-1" << false << true;
-    QTest::newRow("other text keeps the fallback") << "yes" << false << false;
-    QTest::newRow("empty keeps the fallback") << "" << true << true;
-}
-
-void tst_SettingsValues::readsBooleans() {
-    QFETCH(QString, text);
-    QFETCH(bool, fallback);
-    QFETCH(bool, value);
-    QCOMPARE(app::parseBool(text.toStdString(), fallback), value);
-    QCOMPARE(QString::fromStdString(app::boolText(value)), value ? QString("True") : QString("False"));
-}
-
-void tst_SettingsValues::readsSmallNumbers_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("value");
-    QTest::newRow("plain") << "12" << 12;
-    QTest::newRow("blanks around") << " 14 " << 14;
-    QTest::newRow("largest") << "32767" << 32767;
-    QTest::newRow("out of range keeps the fallback") << "32768" << 8;
-    QTest::newRow("fraction keeps the fallback") << "10.5" << 8;
-    QTest::newRow("text keeps the fallback") << "big" << 8;
-}
-
-void tst_SettingsValues::readsSmallNumbers() {
-    QFETCH(QString, text);
-    QFETCH(int, value);
-    QCOMPARE(int(app::parseInt16(text.toStdString(), 8)), value);
+void tst_SettingsValues::writesBooleans() {
+    QCOMPARE(settings::boolText(true), std::string("True"));
+    QCOMPARE(settings::boolText(false), std::string("False"));
+    QCOMPARE(settings::toBool(settings::boolText(true), false), true);
+    QCOMPARE(settings::toBool(settings::boolText(false), true), false);
 }
 
 QTEST_APPLESS_MAIN(tst_SettingsValues)
