@@ -45,7 +45,8 @@ void MRU::LoadMRU(std::array<QAction*, 4>& mnuFileMRU, QAction* mnuFileBar6) {
     QSettings settings;
     settings.beginGroup(kGroup);
     for (int k = 0; k < app::RecentFiles::kSlots; ++k) {
-        const QString value = settings.value(QString::fromStdString(app::slotKey(k)), QStringLiteral(":")).toString();
+        const QString value =
+            settings.value(QString::fromStdString(app::slotKey(k)), QStringLiteral(":")).toString();
         app::loadSlot(list, k, value.toStdString());
     }
     writeMenu(list, mnuFileMRU, mnuFileBar6);
@@ -56,8 +57,9 @@ void MRU::SaveMRU(std::array<QAction*, 4>& mnuFileMRU) {
     QSettings settings;
     settings.beginGroup(kGroup);
     for (int k = 0; k < app::RecentFiles::kSlots; ++k)
-        settings.setValue(QString::fromStdString(app::slotKey(k)),
-                          QString::fromStdString(app::storedValue(list.entries[static_cast<std::size_t>(k)])));
+        settings.setValue(
+            QString::fromStdString(app::slotKey(k)),
+            QString::fromStdString(app::storedValue(list.entries[static_cast<std::size_t>(k)])));
 }
 
 void MRU::AddFile(std::array<QAction*, 4>& mnuFileMRU, const QString& path, const QString& title,

@@ -12,7 +12,10 @@ const QString kEmail = QStringLiteral("tessary@example.org");
 const QString kWebsite = QStringLiteral("https://tessary.example.org");
 
 QString versionNumber() {
-    return QStringLiteral("%1.%2.%3").arg(TESSARY_VERSION_MAJOR).arg(TESSARY_VERSION_MINOR).arg(TESSARY_VERSION_PATCH);
+    return QStringLiteral("%1.%2.%3")
+        .arg(TESSARY_VERSION_MAJOR)
+        .arg(TESSARY_VERSION_MINOR)
+        .arg(TESSARY_VERSION_PATCH);
 }
 
 QLabel* linkLabel(const QString& text, QWidget* parent) {
@@ -75,8 +78,9 @@ void frmAbout::Form_Click() {
 }
 
 void frmAbout::lblEmail_Click() {
-    mdlTessary::OpenLink(this, QStringLiteral("mailto:") + lblEmail->text() + QStringLiteral("?subject=Tessary v") +
-                                   versionNumber() + QStringLiteral("b"));
+    mdlTessary::OpenLink(this, QStringLiteral("mailto:") + lblEmail->text() +
+                                   QStringLiteral("?subject=Tessary v") + versionNumber() +
+                                   QStringLiteral("b"));
 }
 
 void frmAbout::lblWebsite_Click() {

@@ -76,7 +76,8 @@ bool frmDir::setDir1Path(const QString& path) {
         auto* up = new QListWidgetItem(QStringLiteral("[..]"), Dir1);
         up->setData(Qt::UserRole, QStringLiteral(".."));
     }
-    for (const QString& name : dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase)) {
+    for (const QString& name :
+         dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase)) {
         auto* item = new QListWidgetItem(QStringLiteral("[%1]").arg(name), Dir1);
         item->setData(Qt::UserRole, name);
     }

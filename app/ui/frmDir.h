@@ -16,9 +16,9 @@ class frmDir : public QDialog {
 public:
     explicit frmDir(frmOptions* options);
 
-    QComboBox* Drive1;  // the mounted volumes, by their root paths
-    QListWidget* Dir1;  // ".." and the subdirectories of the shown directory
-    QLineEdit* txtDir;  // the chosen path
+    QComboBox* Drive1; // the mounted volumes, by their root paths
+    QListWidget* Dir1; // ".." and the subdirectories of the shown directory
+    QLineEdit* txtDir; // the chosen path
     QPushButton *cmdOk, *cmdCancel;
 
     // Remembers the field (0 open, 1 save, 2 extraction) and starts from its directory box.

@@ -22,8 +22,8 @@ constexpr int twips(int t) {
 constexpr int kPageTop = 480;
 constexpr int kPageWidth = 5685;
 constexpr int kPageHeight = 2295;
-constexpr int kPageShown = 240;   // where the first page stands
-constexpr int kTabPage = 210;     // where the tab strip puts its page
+constexpr int kPageShown = 240; // where the first page stands
+constexpr int kTabPage = 210;   // where the tab strip puts its page
 constexpr int kPageHidden = -20000;
 
 // A page holding one frame with rows of a label, a text box and, maybe, a "..." button.
@@ -76,13 +76,15 @@ frmOptions::frmOptions(QWidget* parent) : QDialog(parent) {
     picOptions[3] = makePage(this, QString());
     picOptions[1]->move(twips(kPageShown), twips(kPageTop));
 
-    txtAuthName = addRow(picOptions[0], 0, QStringLiteral("Name:"), QStringLiteral("Your Name Here"), nullptr);
+    txtAuthName =
+        addRow(picOptions[0], 0, QStringLiteral("Name:"), QStringLiteral("Your Name Here"), nullptr);
     txtAuthEmail = addRow(picOptions[0], 1, QStringLiteral("E-mail Address:"),
                           QStringLiteral("Your E-mail addy Here"), nullptr);
     txtAuthWebsite = addRow(picOptions[0], 2, QStringLiteral("Website:"), QStringLiteral("http://"), nullptr);
     txtDefOpenDir = addRow(picOptions[1], 0, QStringLiteral("Open Directory:"), QString(), &cmdShowDir[0]);
     txtDefSaveDir = addRow(picOptions[1], 1, QStringLiteral("Save Directory:"), QString(), &cmdShowDir[1]);
-    txtDefExtDir = addRow(picOptions[1], 2, QStringLiteral("Extraction Directory:"), QString(), &cmdShowDir[2]);
+    txtDefExtDir =
+        addRow(picOptions[1], 2, QStringLiteral("Extraction Directory:"), QString(), &cmdShowDir[2]);
     for (int i = 0; i < 3; ++i)
         connect(cmdShowDir[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
                 [this, i] { cmdShowDir_Click(i); });

@@ -31,7 +31,8 @@ void frmMain::mnuViewFont_Click() {
     store.beginGroup(QStringLiteral("Defaults"));
     store.setValue(QStringLiteral("DefFontName"), DefFontName);
     store.setValue(QStringLiteral("DefFontBold"), QString::fromStdString(settings::boolText(DefFontBold)));
-    store.setValue(QStringLiteral("DefFontItalic"), QString::fromStdString(settings::boolText(DefFontItalic)));
+    store.setValue(QStringLiteral("DefFontItalic"),
+                   QString::fromStdString(settings::boolText(DefFontItalic)));
     store.setValue(QStringLiteral("DefFontSize"), QString::number(DefFontSize));
     store.endGroup();
     store.sync();

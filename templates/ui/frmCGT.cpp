@@ -128,7 +128,8 @@ bool frmCGT::OpenCogTemplate(const QString& sFileName) {
     const std::vector<double> widths =
         templates::columnWidths(titleWidths, lvwCog->width() - 2 * lvwCog->frameWidth(), twips(1000));
     for (int i = 0; i < t.columns; ++i) {
-        const double w = std::max(widths[static_cast<std::size_t>(i)], titleWidths[static_cast<std::size_t>(i)]);
+        const double w =
+            std::max(widths[static_cast<std::size_t>(i)], titleWidths[static_cast<std::size_t>(i)]);
         lvwCog->setColumnWidth(i, static_cast<int>(w));
     }
 
@@ -137,7 +138,8 @@ bool frmCGT::OpenCogTemplate(const QString& sFileName) {
         item->setFlags(item->flags() | Qt::ItemIsEditable);
         item->setData(0, kKeyRole, fromBytes(row.name));
         item->setText(0, fromBytes(row.value));
-        for (int i = 1; i < t.columns; ++i) item->setText(i, fromBytes(row.fields[static_cast<std::size_t>(i)]));
+        for (int i = 1; i < t.columns; ++i)
+            item->setText(i, fromBytes(row.fields[static_cast<std::size_t>(i)]));
     }
     return true;
 }
@@ -157,9 +159,10 @@ void frmCGT::cmdGenCog_Click() {
     QByteArray now;
     QString error;
     if (!readAll(sF, now, error)) {
-        ui::MsgBox(QStringLiteral("The template file %1 cannot be read any more: %2.\r\nNo COG was generated.")
-                       .arg(sF, error),
-                   ui::vbOKOnly, ui::vbExclamation);
+        ui::MsgBox(
+            QStringLiteral("The template file %1 cannot be read any more: %2.\r\nNo COG was generated.")
+                .arg(sF, error),
+            ui::vbOKOnly, ui::vbExclamation);
         return;
     }
     if (now != bytes_) {
