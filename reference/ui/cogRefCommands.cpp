@@ -3,6 +3,7 @@
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
+#include "editor/ui/CogLexer.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/frmTessary.h"
 #include "reference/cogref.h"
@@ -53,6 +54,11 @@ bool mdlTessary::LoadCogRef() {
     for (const auto& w : ref.warnings)
         qWarning("%s:%zu: %s", qPrintable(QDir::toNativeSeparators(path)), w.line, w.reason.c_str());
     f->tvwCog->setModel(ref.tree); // nodes come collapsed: the tree shows the group names
+    // The entries' names are the verbs the editor colours.
+    std::vector<std::string> verbs;
+    for (const auto& node : ref.tree.nodes())
+        if (!reference::isGroupTag(node.tag)) verbs.push_back(node.text);
+    CogLexer::setSharedVerbs(std::move(verbs));
     if (ref.tree.empty())
         f->nLC.reset();
     else

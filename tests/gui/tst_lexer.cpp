@@ -25,6 +25,7 @@ private slots:
     void restyleAfterEdit();
     void randomEditsMatchAFullRestyle();
     void newVerbNamesRestyleTheText();
+    void verbsComeFromTheLoadedReference();
 
 private:
     frmTessary* window_ = nullptr;
@@ -196,6 +197,20 @@ void tst_Lexer::newVerbNamesRestyleTheText() {
     later.txtMain->setTextBytes("Print(x); MoveToFrame(d, 1, 2);");
     QCOMPARE(int(styleAt(later.txtMain, 0)), int(CogStyle::Default));
     QCOMPARE(int(styleAt(later.txtMain, 10)), int(CogStyle::Verb));
+}
+
+void tst_Lexer::verbsComeFromTheLoadedReference() {
+    prepareTessaryTest();
+    ScriptedDialogs dialogs;
+    QVERIFY(startTessary(dialogs));
+    CogTextBox* box = cogWindow(1)->txtMain;
+    const QByteArray text = "sleep(0.5);\r\nMoveToFrame(d, 1, 2);\r\nNoSuchVerb(1);\r\nGetSenderRef();\r\n";
+    box->setTextBytes(text);
+    QCOMPARE(int(styleAt(box, text.indexOf("sleep"))), int(CogStyle::Verb));
+    QCOMPARE(int(styleAt(box, text.indexOf("MoveToFrame"))), int(CogStyle::Verb));
+    QCOMPARE(int(styleAt(box, text.indexOf("GetSenderRef"))), int(CogStyle::Verb));
+    QCOMPARE(int(styleAt(box, text.indexOf("NoSuchVerb"))), int(CogStyle::Default));
+    stopTessary();
 }
 
 QTEST_MAIN(tst_Lexer)
