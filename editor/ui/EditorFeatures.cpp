@@ -63,6 +63,9 @@ void applyFont(CogTextBox* box, const QFont& font) {
     box->setFont(font);
     if (QsciLexer* lexer = box->lexer()) lexer->setFont(font);
     box->setMarginsFont(font);
+    // With a lexer the editor takes its styles' fonts from the lexer and leaves the widget's own
+    // font as it was; keep that one the editor font too, for whoever reads it.
+    box->QWidget::setFont(font);
     fitLineNumberMargin(box);
 }
 
