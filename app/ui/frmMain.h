@@ -1,0 +1,143 @@
+// The main frame: the multiple-document area with its editor windows, the tool panel with the
+// two trees and Add Symbol, the description line, and every menu.
+#pragma once
+
+#include <QMainWindow>
+
+#include <array>
+#include <optional>
+#include <string>
+
+class KeyedTreeView;
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLineEdit;
+class QLocalServer;
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QPushButton;
+class frmTessary;
+
+class frmMain : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmMain(QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    QMdiArea* mdiArea;
+
+    // Tool panel.
+    QWidget* picCogRef;
+    QComboBox* cmbTvwSel;
+    QComboBox* cmbCog;
+    KeyedTreeView* tvwCog;  // the reference tree
+    KeyedTreeView* tvwCogE; // the explorer tree
+    QGroupBox* fraAddSym;
+    QComboBox* cmbVarType;
+    QLineEdit* txtVarName;
+    QLineEdit* txtDefVal;
+    QCheckBox* chkLocal;
+    QLineEdit* txtLinkID;
+    QPushButton* cmdAddVar;
+    QWidget* picCogDesc;
+    QLineEdit* txtCogDesc;
+
+    // Menus.
+    QMenu* mnuFile_m;
+    QAction *mnuFileNew, *mnuFileOpen, *mnuOpenTemp, *mnuFileClose, *mnuFileSave, *mnuFileSaveAs,
+        *mnuFileSaveAll, *mnuFilePrint, *mnuFileExit;
+    std::array<QAction*, 4> mnuFileMRU{};
+    QAction* mnuFileBar6;
+    QMenu* mnuEditm;
+    std::array<QAction*, 5> mnuEdit{}; // Match Brace, Find Word, Find Next, Replace, Replace All
+    QAction *mnuEditBar1, *mnuEditChkSyn;
+    QMenu* mnuCogFunct;
+    QAction *mnuCFCollapse, *mnuCFExpand, *mnuCFFind, *mnuCFFindNext;
+    QMenu* mnuView;
+    QAction *mnuViewFont, *mnuViewOptions, *mnuViewRefresh;
+    QMenu* mnuWindow;
+    QAction *mnuWindowCascade, *mnuWindowTileHorizontal, *mnuWindowTileVertical, *mnuWindowArrangeIcons;
+    QMenu* mnuHelpm;
+    std::array<QAction*, 1> mnuHelp{};
+
+    // State of the trees.
+    std::optional<std::string> nLC;  // key of the current reference node
+    std::optional<std::string> nLCE; // key of the current explorer node
+    int iLN = 0;                     // index of the node last found by the Tree menu
+    QString strFindText;             // the Tree menu's find text
+
+    // File menu.
+    void mnuFileNew_Click();
+    void mnuFileOpen_Click();
+    void mnuFileClose_Click();
+    void mnuFileSave_Click();
+    void mnuFileSaveAs_Click();
+    void mnuFileSaveAll_Click();
+    void mnuFilePrint_Click();
+    void mnuFileExit_Click();
+    void mnuFileMRU_Click(int index);
+    void mnuOpenTemp_Click();
+    // Saves a window as File Save does (Save As for a never-saved one). False only when a write
+    // failed; a cancelled Save As dialog counts as done.
+    bool saveWindow(frmTessary* w);
+    bool saveWindowAs(frmTessary* w);
+
+    // Edit menu.
+    void mnuEdit_Click(int index);
+    void mnuEditChkSyn_Click();
+
+    // Tree menu and the trees.
+    void mnuCFCollapse_Click();
+    void mnuCFExpand_Click();
+    void mnuCFFind_Click();
+    void mnuCFFindNext_Click();
+    void tvwCog_NodeClick(const std::string& key);
+    void tvwCog_DblClick();
+    void cmbTvwSel_Click();
+    void cmbCog_Click();
+    void tvwCogE_NodeClick(const std::string& key);
+    void tvwCogE_DblClick();
+    void tvwCogE_AfterLabelEdit(const std::string& key, const QString& newString);
+    void tvwCogE_KeyDown(int keyCode, int shift);
+    void cmdAddVar_Click();
+
+    // View, Window and Help menus.
+    void mnuViewFont_Click();
+    void mnuViewOptions_Click();
+    void mnuViewRefresh_Click();
+    void mnuWindowCascade_Click();
+    void mnuWindowTileHorizontal_Click();
+    void mnuWindowTileVertical_Click();
+    void mnuWindowArrangeIcons_Click();
+    void mnuHelp_Click(int index);
+    void showAbout();
+
+    // Frame events.
+    void MDIForm_LinkExecute(const QString& cmdStr);
+    // Listens for paths handed over by a second start of the program; false when another
+    // instance already listens.
+    bool listenForExecuteRequests();
+    static QString executeServerName();
+
+    // Adds a new editor window to the area (hidden until shown).
+    QMdiSubWindow* addEditorWindow(frmTessary* w);
+    // Called by an editor window that has accepted its close.
+    void windowClosed(frmTessary* w);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void createPanels();
+    void createMenus();
+    void fillWindowMenu();
+    void MDIForm_Unload();
+
+    QLocalServer* server_ = nullptr;
+    QList<QAction*> windowListActions_;
+};

@@ -1,0 +1,234 @@
+#include "app/ui/mdlTessary.h"
+
+#include "app/settingsvalues.h"
+#include "app/ui/KeyedTreeView.h"
+#include "app/ui/MRU.h"
+#include "app/ui/dialogs.h"
+#include "app/ui/frmMain.h"
+#include "editor/ui/CogTextBox.h"
+#include "editor/ui/frmTessary.h"
+#include "templates/ui/frmCGT.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QSaveFile>
+#include <QSettings>
+
+#include <Qsci/qscilexer.h>
+
+#include <algorithm>
+
+bool CogCollection::add(const QString& key, frmTessary* window) {
+    if (contains(key)) return false;
+    items_.emplace_back(key, window);
+    return true;
+}
+
+void CogCollection::remove(const QString& key) {
+    std::erase_if(items_, [&](const auto& item) { return item.first == key; });
+}
+
+frmTessary* CogCollection::item(const QString& key) const {
+    const int i = indexOf(key);
+    return i ? items_[static_cast<std::size_t>(i - 1)].second : nullptr;
+}
+
+frmTessary* CogCollection::item(int index) const {
+    if (index < 1 || index > count()) return nullptr;
+    return items_[static_cast<std::size_t>(index - 1)].second;
+}
+
+int CogCollection::indexOf(const QString& key) const {
+    for (std::size_t i = 0; i < items_.size(); ++i)
+        if (items_[i].first.compare(key, Qt::CaseInsensitive) == 0) return static_cast<int>(i) + 1;
+    return 0;
+}
+
+namespace mdlTessary {
+
+CogCollection colCogs;
+QString strCurCog = QStringLiteral("cog1");
+QString DefOpenDir, DefSaveDir;
+QString DefFontName = QStringLiteral("Courier New");
+bool DefFontBold = false, DefFontItalic = false;
+qint16 DefFontSize = 8;
+std::unique_ptr<MRU> objMRU;
+std::vector<std::string> colVarTypes;
+
+namespace {
+
+frmMain* gFrame = nullptr;
+QString gProgramDirectory;
+
+QString readSetting(QSettings& settings, const QString& key, const QString& fallback) {
+    const QVariant value = settings.value(key);
+    return value.isValid() ? value.toString() : fallback;
+}
+
+std::string latin1(const QString& s) {
+    return s.toLatin1().toStdString();
+}
+
+} // namespace
+
+frmMain* frame() {
+    return gFrame;
+}
+
+frmTessary* currentCog() {
+    return colCogs.item(strCurCog);
+}
+
+QString programDirectory() {
+    if (!gProgramDirectory.isEmpty()) return gProgramDirectory;
+    const QString exeDir = QCoreApplication::applicationDirPath();
+#ifdef TESSARY_DATA_DIR
+    if (!QFileInfo::exists(exeDir + QStringLiteral("/cogref.dat")) &&
+        QFileInfo::exists(QStringLiteral(TESSARY_DATA_DIR "/cogref.dat")))
+        return QStringLiteral(TESSARY_DATA_DIR);
+#endif
+    return exeDir;
+}
+
+void setProgramDirectory(const QString& dir) {
+    gProgramDirectory = dir;
+}
+
+frmMain* Main(const QString& commandLine) {
+    objMRU = std::make_unique<MRU>();
+    strCurCog = QStringLiteral("cog1");
+    colCogs.clear();
+
+    QSettings settings;
+    settings.beginGroup(QStringLiteral("Defaults"));
+    DefOpenDir = readSetting(settings, QStringLiteral("DefOpenDir"), programDirectory());
+    DefSaveDir = readSetting(settings, QStringLiteral("DefSaveDir"), programDirectory());
+    DefFontName = readSetting(settings, QStringLiteral("DefFontName"), QStringLiteral("Courier New"));
+    DefFontBold =
+        settings::toBool(latin1(readSetting(settings, QStringLiteral("DefFontBold"), "False")), false);
+    DefFontItalic =
+        settings::toBool(latin1(readSetting(settings, QStringLiteral("DefFontItalic"), "False")), false);
+    DefFontSize = settings::toInt16(latin1(readSetting(settings, QStringLiteral("DefFontSize"), "8")), 8);
+    if (DefFontSize < 1) DefFontSize = 8; // no font can be drawn at that size
+    settings.endGroup();
+
+    gFrame = new frmMain;
+    gFrame->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(gFrame, &QObject::destroyed, [] { gFrame = nullptr; });
+    if (!LoadCogRef()) {
+        delete gFrame;
+        return nullptr;
+    }
+    gFrame->show();
+    objMRU->LoadMRU(gFrame->mnuFileMRU, gFrame->mnuFileBar6);
+    if (!commandLine.isEmpty())
+        OpenCogFile(commandLine);
+    else
+        NewCogWindow(QStringLiteral("blank"), QString());
+    gFrame->cmbTvwSel->setCurrentIndex(0);
+    gFrame->cmbTvwSel_Click();
+    colVarTypes = cog::symbolTypes();
+    return gFrame;
+}
+
+QString GetFileTitle(const QString& path) {
+    const int at = path.lastIndexOf(QLatin1Char('/'));
+    return at < 0 ? path : path.mid(at + 1);
+}
+
+void OpenCogFile(const QString& path) {
+    if (path.right(3).compare(QStringLiteral("cgt"), Qt::CaseInsensitive) == 0) {
+        frmCGT::openFromCommand(path);
+        return;
+    }
+    const QString title = GetFileTitle(path);
+    frmTessary* w = NewCogWindow(path, title);
+    if (!LoadCogFile(w, path, title)) return;
+    objMRU->AddFile(frame()->mnuFileMRU, path, title, frame()->mnuFileBar6);
+}
+
+frmTessary* NewCogWindow(const QString& path, const QString& title) {
+    // The number is the window count plus one, moved on past any number still in use (windows
+    // closed out of order would otherwise give a key that is taken).
+    int n = colCogs.count() + 1;
+    while (colCogs.contains(QStringLiteral("cog%1").arg(n))) ++n;
+    const QString key = QStringLiteral("cog%1").arg(n);
+
+    auto* w = new frmTessary;
+    colCogs.add(key, w);
+    w->Tag = key;
+    strCurCog = key;
+    QMdiSubWindow* sub = frame()->addEditorWindow(w);
+    w->strFile = path;
+    w->strFileTitle = title;
+    w->setCaption(title.isEmpty() ? QStringLiteral("Cog %1").arg(n) : title);
+    sub->show();
+    frame()->mdiArea->setActiveSubWindow(sub);
+    strCurCog = key;
+
+    QFile defaults(programDirectory() + QStringLiteral("/default.cog"));
+    if (defaults.open(QIODevice::ReadOnly)) w->txtMain->setTextBytes(defaults.readAll());
+    w->txtMain->SendScintilla(QsciScintillaBase::SCI_EMPTYUNDOBUFFER);
+    LoadMessages();
+    ApplyFont(w);
+    w->clearModified();
+    RefreshCogList();
+    return w;
+}
+
+void ApplyFont(frmTessary* w) {
+    QFont font(DefFontName, DefFontSize);
+    font.setBold(DefFontBold);
+    font.setItalic(DefFontItalic);
+    w->txtMain->setFont(font);
+    if (QsciLexer* lexer = w->txtMain->lexer()) lexer->setFont(font);
+}
+
+bool LoadCogFile(frmTessary* w, const QString& path, const QString& title) {
+    w->strFile = path;
+    w->strFileTitle = title;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        ui::MsgBox(QStringLiteral("Could not open ") + path + QStringLiteral(": ") + file.errorString(),
+                   ui::vbOKOnly, ui::vbCritical);
+        return false;
+    }
+    w->txtMain->setTextBytes(file.readAll());
+    w->txtMain->SendScintilla(QsciScintillaBase::SCI_EMPTYUNDOBUFFER);
+    w->clearModified();
+    RefreshCogList();
+    return true;
+}
+
+bool SaveCogFile(frmTessary* w, const QString& path, const QString& title) {
+    w->strFile = path;
+    w->strFileTitle = title;
+    QSaveFile file(path);
+    const std::string_view text = w->txtMain->bytes();
+    const bool written =
+        file.open(QIODevice::WriteOnly) &&
+        file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
+        file.write("\r\n", 2) == 2 && file.commit();
+    if (!written) {
+        ui::MsgBox(QStringLiteral("Could not save ") + path + QStringLiteral(": ") + file.errorString() +
+                       QStringLiteral("\r\nYour text is still in its window."),
+                   ui::vbOKOnly, ui::vbCritical);
+        return false;
+    }
+    return true;
+}
+
+void RefreshCogList() {
+    QComboBox* list = frame()->cmbCog;
+    list->clear();
+    for (int i = 1; i <= colCogs.count(); ++i) list->addItem(colCogs.item(i)->Caption(), i);
+    list->setCurrentIndex(-1);
+    list->setEditText(QStringLiteral("Choose a Cog"));
+}
+
+} // namespace mdlTessary

@@ -1,0 +1,75 @@
+// The shared module: the state that every part of the program shares, and the procedures that
+// create, load, save and list editor windows.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class frmMain;
+class frmTessary;
+class MRU;
+class QWidget;
+
+// The open editor windows in creation order, keyed by their Tag ("cog" + a number).
+class CogCollection {
+public:
+    bool add(const QString& key, frmTessary* window); // false when the key is taken
+    void remove(const QString& key);
+    void clear() { items_.clear(); }
+    int count() const { return static_cast<int>(items_.size()); }
+    frmTessary* item(const QString& key) const; // nullptr when absent
+    frmTessary* item(int index) const;          // 1-based; nullptr when out of range
+    int indexOf(const QString& key) const;      // 1-based; 0 when absent
+    bool contains(const QString& key) const { return indexOf(key) > 0; }
+
+private:
+    std::vector<std::pair<QString, frmTessary*>> items_;
+};
+
+namespace mdlTessary {
+
+extern CogCollection colCogs;
+extern QString strCurCog;              // key of the current editor window
+extern QString DefOpenDir, DefSaveDir; // initial directories of the Open and Save As dialogs
+extern QString DefFontName;            // the editor font
+extern bool DefFontBold, DefFontItalic;
+extern qint16 DefFontSize;
+extern std::unique_ptr<MRU> objMRU;
+extern std::vector<std::string> colVarTypes; // the symbol-type keywords
+
+frmMain* frame();
+frmTessary* currentCog(); // colCogs(strCurCog), or nullptr when it names no window
+
+// Where default.cog, messages.dat and cogref.dat are read from: the executable's directory when
+// it holds them, else the installed data directory.
+QString programDirectory();
+void setProgramDirectory(const QString& dir); // for tests
+
+// Start-up: reads the settings, loads the reference, shows the frame and opens the command
+// line's path or a blank window. nullptr when the program must end (no reference file).
+frmMain* Main(const QString& commandLine);
+
+void OpenCogFile(const QString& path);
+QString GetFileTitle(const QString& path);
+frmTessary* NewCogWindow(const QString& path, const QString& title);
+// Replaces the window's text by the file's bytes; false (after telling the user) when the file
+// cannot be read.
+bool LoadCogFile(frmTessary* w, const QString& path, const QString& title);
+// Writes the text plus CR LF; false (after telling the user which file and why) when it fails.
+bool SaveCogFile(frmTessary* w, const QString& path, const QString& title);
+void RefreshCogList();
+// Applies the editor font of the settings to a window.
+void ApplyFont(frmTessary* w);
+
+// Provided by the tools.
+void BuildCogExplorer();
+bool LoadCogRef(); // false when the program must end
+void LoadMessages();
+void PlaceAtCaret(QWidget* pic);
+void OpenLink(QWidget* owner, const QString& target);
+
+} // namespace mdlTessary

@@ -1,0 +1,48 @@
+// The text box of an editor window: a Scintilla editor holding the file's bytes unchanged
+// (8-bit mode, CR LF line ends, no conversion), addressed by byte offsets.
+#pragma once
+
+#include "editor/firstoccurrence.h"
+
+#include <Qsci/qsciscintilla.h>
+
+#include <functional>
+#include <string_view>
+
+class CogTextBox : public QsciScintilla {
+    Q_OBJECT
+public:
+    explicit CogTextBox(QWidget* parent = nullptr);
+
+    // The whole text without a copy; valid until the next edit.
+    std::string_view bytes() const;
+    QByteArray textBytes() const;
+    // Replaces the whole text (one change notification per edit; none when the text is equal).
+    void setTextBytes(const QByteArray& bytes);
+    long textLength() const;
+
+    // Caret index (0-based byte offset); setting it empties the selection.
+    long selStart() const;
+    void setSelStart(long index);
+    long selLength() const;
+    void setSelLength(long length); // from the selection start
+    QByteArray selText() const;
+    // Replaces the selection (or inserts at the caret); the caret ends after the new bytes.
+    void setSelText(const QByteArray& bytes);
+    // Replaces the bytes [start, start + length) as one undo step, the selection following Scintilla's rules.
+    void replaceRange(long start, long length, const QByteArray& bytes);
+
+    // Called before the editor handles a key; returning true swallows the key.
+    std::function<bool(QKeyEvent*)> keyHook;
+
+signals:
+    // The text changed: at byte offset edit.position, edit.deleted bytes went and edit.inserted came.
+    void textEdited(const editor::Edit& edit);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void onModified(int position, int modificationType, const char* text, int length, int linesAdded,
+                    int line, int foldNow, int foldPrev, int token, int annotationLinesAdded);
+};

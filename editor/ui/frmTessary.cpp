@@ -1,0 +1,133 @@
+#include "editor/ui/frmTessary.h"
+
+#include "app/ui/dialogs.h"
+#include "app/ui/frmMain.h"
+#include "app/ui/mdlTessary.h"
+#include "editor/ui/CogTextBox.h"
+
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+// 15 twips a pixel at the usual 96 dots per inch.
+constexpr int twips(int t) {
+    return t / 15;
+}
+
+} // namespace
+
+frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
+    txtMain = new CogTextBox(this);
+    txtMain->setObjectName(QStringLiteral("txtMain"));
+
+    picMain = new QFrame(this);
+    picMain->setObjectName(QStringLiteral("picMain"));
+    picMain->setFixedHeight(twips(495));
+    picMain->setFrameShape(QFrame::StyledPanel);
+    lblHelp = new QLabel(picMain);
+    lblHelp->setObjectName(QStringLiteral("lblHelp"));
+    lblHelp->setTextFormat(Qt::PlainText);
+    auto* helpLayout = new QVBoxLayout(picMain);
+    helpLayout->setContentsMargins(4, 0, 4, 0);
+    helpLayout->addWidget(lblHelp);
+    picMain->hide();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(txtMain, 1);
+    layout->addWidget(picMain);
+
+    // The pop-up floats over the text box, outside the layout.
+    picCogParams = new QFrame(this);
+    picCogParams->setObjectName(QStringLiteral("picCogParams"));
+    picCogParams->setFrameShape(QFrame::Box);
+    picCogParams->resize(twips(3135), twips(1815));
+    lvwCogParams = new QTreeWidget(picCogParams);
+    lvwCogParams->setObjectName(QStringLiteral("lvwCogParams"));
+    lvwCogParams->setHeaderLabels({QStringLiteral("Parameter")});
+    lvwCogParams->setRootIsDecorated(false);
+    lvwCogParams->setUniformRowHeights(true);
+    auto* popupLayout = new QVBoxLayout(picCogParams);
+    popupLayout->setContentsMargins(0, 0, 0, 0);
+    popupLayout->addWidget(lvwCogParams);
+    picCogParams->hide();
+    picCogParams->raise();
+
+    txtMain->keyHook = [this](QKeyEvent* e) { return txtMain_KeyEvent(e); };
+    lvwCogParams->installEventFilter(this);
+    connect(lvwCogParams, &QTreeWidget::itemDoubleClicked, this, [this] { lvwCogParams_DblClick(); });
+    connect(txtMain, &CogTextBox::textEdited, this, &frmTessary::txtMain_Change);
+
+    // Form_Load
+    intParens = 0;
+    ipos = 1;
+    bMod = false;
+}
+
+QString frmTessary::Caption() const {
+    return caption_;
+}
+
+void frmTessary::setCaption(const QString& caption) {
+    caption_ = caption;
+    setWindowTitle(caption);
+    if (QMdiSubWindow* sub = subWindow()) sub->setWindowTitle(caption);
+}
+
+QMdiSubWindow* frmTessary::subWindow() const {
+    return qobject_cast<QMdiSubWindow*>(parentWidget());
+}
+
+void frmTessary::clearModified() {
+    bMod = false;
+    if (caption_.endsWith(QLatin1Char('*'))) setCaption(caption_.chopped(1));
+}
+
+void frmTessary::txtMain_Change(const editor::Edit& edit) {
+    bMod = true;
+    if (!caption_.endsWith(QLatin1Char('*'))) setCaption(caption_ + QLatin1Char('*'));
+    const long size = txtMain->textLength();
+    const editor::RangeReader read = [this](cog::Pos start, cog::Pos length) {
+        // A view of just these bytes: Scintilla moves its gap only when the range straddles it.
+        const long p = txtMain->SendScintilla(QsciScintillaBase::SCI_GETRANGEPOINTER,
+                                              static_cast<unsigned long>(start), static_cast<long>(length));
+        return std::string_view(reinterpret_cast<const char*>(p), static_cast<std::size_t>(length));
+    };
+    lsym = editor::updateFirstOccurrence(lsym, "\nsymbols", size, edit, read);
+    lsymend = editor::updateFirstOccurrence(lsymend, "\nend", size, edit, read);
+}
+
+bool frmTessary::Form_QueryUnload() {
+    if (!bMod) return true;
+    const QString name = strFileTitle.isEmpty() ? Caption() : strFileTitle;
+    switch (ui::MsgBox(QStringLiteral("Save changes to ") + name + QLatin1Char('?'), ui::vbYesNoCancel,
+                       ui::vbExclamation)) {
+    case ui::vbYes:
+        return mdlTessary::frame()->saveWindow(this);
+    case ui::vbNo:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void frmTessary::closeEvent(QCloseEvent* event) {
+    if (!Form_QueryUnload()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    mdlTessary::frame()->windowClosed(this);
+}
+
+bool frmTessary::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == lvwCogParams && event->type() == QEvent::KeyPress)
+        return lvwCogParams_KeyEvent(static_cast<QKeyEvent*>(event));
+    return QWidget::eventFilter(watched, event);
+}

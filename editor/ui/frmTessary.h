@@ -1,0 +1,77 @@
+// An editor window: one open COG file, shown as a child of the main frame.
+#pragma once
+
+#include "cog/layout.h"
+#include "editor/firstoccurrence.h"
+
+#include <QString>
+#include <QWidget>
+
+class CogTextBox;
+class QFrame;
+class QLabel;
+class QMdiSubWindow;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+class frmTessary : public QWidget {
+    Q_OBJECT
+public:
+    explicit frmTessary(QWidget* parent = nullptr);
+
+    // Controls.
+    CogTextBox* txtMain;
+    QFrame* picMain;      // the help strip below the text box
+    QLabel* lblHelp;      // the help line inside it
+    QFrame* picCogParams; // the pop-up holding the message list
+    QTreeWidget* lvwCogParams;
+
+    // Public members, shared with the frame and the tools.
+    int intParens = 0;    // parentheses opened while the help line is shown
+    cog::Pos ipos = 1;    // 1-based start of the next search
+    QByteArray sW;        // word to find or replace
+    QByteArray sR;        // replacement
+    QString strFile;      // full path, or "blank" for a window never saved
+    QString strFileTitle; // file name without directory; empty for a new window
+    bool bMod = false;    // changed since the last load or save
+    cog::Pos lsym = 0;    // 1-based position of the first LF followed by "symbols"
+    cog::Pos lsymend = 0; // 1-based position of the first LF followed by "end"
+    long lSpace = 0;      // caret index at which the message pop-up was opened
+    QString Tag;          // the window's key in colCogs
+
+    QString Caption() const;
+    void setCaption(const QString& caption);
+    // Drops the modified mark: bMod false and no trailing "*".
+    void clearModified();
+
+    QMdiSubWindow* subWindow() const;
+
+    // Find, replace and brace matching on the text.
+    void MatchBrace();
+    void FindWord();
+    void Replace(bool bAll, bool bCheckEdges);
+
+    // Key handling of the text box before the editor sees the key (key-down and character
+    // events); true when the key is consumed.
+    bool txtMain_KeyEvent(QKeyEvent* event);
+    // The message list's events.
+    void lvwCogParams_DblClick();
+    bool lvwCogParams_KeyEvent(QKeyEvent* event);
+
+    // Runs on every change of the text.
+    void txtMain_Change(const editor::Edit& edit);
+
+    // Asks to save when modified; false when the user cancels the close.
+    bool Form_QueryUnload();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void SelectWord();
+    void InsertParam(bool bSelect);
+    void FindParam(int keyascii);
+
+    QString caption_;
+};
