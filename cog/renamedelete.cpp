@@ -39,15 +39,15 @@ RenameResult renameLabel(std::string_view text, std::string_view oldLabel, std::
 }
 
 RenameResult renameNode(std::string_view text, const KeyedTree& tree, std::string_view key,
-                        std::string_view newLabel) {
+                        std::string_view oldLabel, std::string_view newLabel) {
     const KeyedTree::Node* node = tree.find(key);
     if (!node || !node->hasParent) return {};
-    if (node->text == newLabel) { // nothing to change
+    if (oldLabel == newLabel) { // nothing to change
         RenameResult same;
         same.outcome = RenameResult::Outcome::Renamed;
         return same;
     }
-    return renameLabel(text, node->text, newLabel);
+    return renameLabel(text, oldLabel, newLabel);
 }
 
 bool usedInCode(std::string_view text, std::string_view name) {

@@ -32,11 +32,12 @@ struct RenameResult {
     bool keepsNewLabel() const { return outcome == Outcome::Renamed; }
 };
 
-// Renames the node keyed `key` to newLabel: the first occurrence of its old label (its text) is
-// replaced by newLabel, then every later occurrence of the bare old name that stands between
-// blanks (space, tab, CR, LF) is replaced by the bare new name, in the text as already changed.
+// Renames the node keyed `key`, whose label was oldLabel, to newLabel: the first occurrence of
+// oldLabel is replaced by newLabel, then every later occurrence of the bare old name that stands
+// between blanks (space, tab, CR, LF) is replaced by the bare new name, in the text as already
+// changed. The root (which shows the window's caption) and keys not in the tree are refused.
 RenameResult renameNode(std::string_view text, const KeyedTree& tree, std::string_view key,
-                        std::string_view newLabel);
+                        std::string_view oldLabel, std::string_view newLabel);
 
 // The rename's two replace passes on the old and new labels, as the series of the Edit menu runs
 // them: plain Replace from position 1, then edge-mode Replace All from where it stopped.

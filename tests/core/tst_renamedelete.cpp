@@ -115,7 +115,7 @@ void tst_RenameDelete::rename() {
 
 void tst_RenameDelete::renameLeavesTheSearchWhereTheSeriesStopped() {
     const KeyedTree tree = scriptTree();
-    const auto r = cog::renameNode(kScript, tree, "int     count=0\r", "total=0");
+    const auto r = cog::renameNode(kScript, tree, "int     count=0\r", "count=0", "total=0");
     QCOMPARE(r.outcome, Ren::Renamed);
     const std::string after = editor::applyEdit(kScript, r.edit);
     QVERIFY(after.find("int     total=0\r\n") != std::string::npos);
@@ -127,9 +127,9 @@ void tst_RenameDelete::renameLeavesTheSearchWhereTheSeriesStopped() {
     QCOMPARE(r.search->replacement, std::string("total"));
     QCOMPARE(r.search->ipos, Pos(0));
 
-    QCOMPARE(cog::renameNode(kScript, tree, "root", "x").outcome, Ren::Refused);
-    QCOMPARE(cog::renameNode(kScript, tree, "no such key", "x").outcome, Ren::Refused);
-    const auto same = cog::renameNode(kScript, tree, "int     ax\r", "ax");
+    QCOMPARE(cog::renameNode(kScript, tree, "root", "counter.cog", "x").outcome, Ren::Refused);
+    QCOMPARE(cog::renameNode(kScript, tree, "no such key", "count", "x").outcome, Ren::Refused);
+    const auto same = cog::renameNode(kScript, tree, "int     ax\r", "ax", "ax");
     QCOMPARE(same.outcome, Ren::Renamed);
     QVERIFY(same.edit.isEmpty());
 }
