@@ -47,6 +47,7 @@ TextEdit composeEdits(std::string_view text, const TextEdit& first, const TextEd
 // ---------------------------------------------------------------------------------------------
 
 ForwardFinder::ForwardFinder(std::string_view hay, std::string_view needle) : hay_(hay), needle_(needle) {
+    for (int c = 0; c < 256; ++c) fold_[c] = cog::foldCase(static_cast<unsigned char>(c));
     if (needle.empty()) return;
     const auto f = static_cast<unsigned char>(needle[0]);
     first_[0] = first_[1] = f;
@@ -80,7 +81,12 @@ std::size_t ForwardFinder::next(std::size_t from) {
         const std::size_t b = twoCases ? nextByte(1, from) : npos;
         const std::size_t c = std::min(a, b);
         if (c == npos || c > last) return npos;
-        if (equalFolded(hay_.data() + c + 1, needle_.substr(1))) return c;
+        const char* at = hay_.data() + c;
+        std::size_t k = 1;
+        while (k < needle_.size() &&
+               fold_[static_cast<unsigned char>(at[k])] == fold_[static_cast<unsigned char>(needle_[k])])
+            ++k;
+        if (k == needle_.size()) return c;
         from = c + 1;
     }
     return npos;

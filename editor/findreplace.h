@@ -53,6 +53,7 @@ private:
     std::string_view needle_;
     unsigned char first_[2] = {0, 0}; // the two cases of the needle's first byte (equal when it has one)
     std::size_t cached_[2] = {0, 0};  // next place of each, valid for searches from lastFrom_[i]
+    unsigned char fold_[256];         // cog::foldCase, at hand for the inner loop
     std::size_t lastFrom_[2] = {npos, npos};
 };
 
