@@ -26,6 +26,7 @@ private slots:
     void nonEndingReplaceAll();
     void replaceAllEqualsTheStepByStepSeries();
     void editsCompose();
+    void forwardSearchAgreesWithFind();
 };
 
 namespace {
@@ -343,6 +344,24 @@ void tst_FindReplace::editsCompose() {
         const auto second = randomEdit(middle);
         const auto both = editor::composeEdits(text, first, second);
         QCOMPARE(editor::applyEdit(text, both), editor::applyEdit(middle, second));
+    }
+}
+
+// The forward finder, asked again and again from later places, must answer as a fresh search
+// would, for both cases of ASCII and Latin-1 letters.
+void tst_FindReplace::forwardSearchAgreesWithFind() {
+    std::mt19937 rng(5);
+    const std::string alphabet = "aAb\xC0\xE0\xD7\xF7 ";
+    for (int round = 0; round < 5000; ++round) {
+        std::string hay, needle;
+        for (int i = static_cast<int>(rng() % 40); i > 0; --i) hay += alphabet[rng() % alphabet.size()];
+        for (int i = 1 + static_cast<int>(rng() % 3); i > 0; --i) needle += alphabet[rng() % alphabet.size()];
+        editor::ForwardFinder finder(hay, needle);
+        for (std::size_t from = 0; from <= hay.size() + 1; from += 1 + rng() % 3) {
+            const Pos want = cog::find(static_cast<Pos>(from) + 1, hay, needle);
+            const std::size_t got = finder.next(from);
+            QCOMPARE(got == editor::ForwardFinder::npos ? Pos(0) : static_cast<Pos>(got) + 1, want);
+        }
     }
 }
 
