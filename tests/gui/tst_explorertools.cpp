@@ -28,24 +28,6 @@ const QByteArray kScript = "# counter\r\n"
                            "  return;\r\n"
                            "end\r\n";
 
-// The structure of kScript as the explorer shows it.
-cog::KeyedTree scriptTree(const QString& caption) {
-    cog::KeyedTree t;
-    t.add(std::nullopt, "root", caption.toStdString(), "parent");
-    t.add("root", "symbols", "symbols", "parent");
-    t.add("root", "code", "code", "parent");
-    t.add("symbols", "int", "int", "parent");
-    t.add("int", "int     count=0\r", "count=0");
-    t.add("int", "int     ax\r", "ax");
-    t.add("symbols", "thing", "thing", "parent");
-    t.add("thing", "thing   player\r", "player");
-    t.add("symbols", "message", "message", "parent");
-    t.add("message", "message startup\r", "startup");
-    t.add("code", "startup:", "startup", "message");
-    t.add("startup:", "// count up", "// count up");
-    return t;
-}
-
 } // namespace
 
 class tst_ExplorerTools : public QObject {
@@ -67,6 +49,8 @@ private slots:
     void addSymbolWritesTheLine_data();
     void addSymbolWritesTheLine();
     void addSymbolWithoutAnEndLine();
+    void addSymbolRebuildsTheExplorerShowingItsWindow_data();
+    void addSymbolRebuildsTheExplorerShowingItsWindow();
 
 private:
     frmTessary* openScript(const QByteArray& text = kScript);
@@ -94,11 +78,8 @@ void tst_ExplorerTools::showStructure(frmTessary* w) {
     frame_->cmbTvwSel_Click();
     frame_->cmbCog->setCurrentIndex(mdlTessary::colCogs.indexOf(w->Tag) - 1);
     frame_->cmbCog_Click();
-    if (frame_->tvwCogE->count() == 0) {
-        frame_->tvwCogE->setModel(scriptTree(w->Caption()));
-        frame_->tvwCogE->Tag = w->Tag;
-        frame_->nLCE = "root";
-    }
+    QVERIFY(frame_->tvwCogE->contains("int     count=0\r"));
+    QCOMPARE(frame_->tvwCogE->Tag, w->Tag);
     frame_->tvwCogE->expandAll();
 }
 
@@ -378,6 +359,44 @@ void tst_ExplorerTools::addSymbolWithoutAnEndLine() {
     QCOMPARE(dialogs_.messages.size(), 1);
     QVERIFY(dialogs_.messages[0].text.contains(QStringLiteral("\"end\"")));
     QVERIFY(dialogs_.messages[0].text.contains(w->Caption()));
+}
+
+void tst_ExplorerTools::addSymbolRebuildsTheExplorerShowingItsWindow_data() {
+    QTest::addColumn<QString>("shown"); // the tree chosen in cmbTvwSel
+    QTest::addColumn<int>("chosen");    // the window chosen in cmbCog afterwards (1-based, 0: none)
+    QTest::addColumn<bool>("modified"); // the window carries the modified mark before the Add
+    QTest::addColumn<bool>("rebuilt");
+    QTest::newRow("explorer shows the window") << "CogExplorer" << 1 << false << true;
+    QTest::newRow("explorer shows the modified window") << "CogExplorer" << 1 << true << true;
+    QTest::newRow("reference tree shown") << "CogRef" << 1 << false << false;
+    QTest::newRow("explorer shows another window") << "CogExplorer" << 2 << false << false;
+    QTest::newRow("no window chosen") << "CogExplorer" << 0 << false << false;
+}
+
+void tst_ExplorerTools::addSymbolRebuildsTheExplorerShowingItsWindow() {
+    QFETCH(QString, shown);
+    QFETCH(int, chosen);
+    QFETCH(bool, modified);
+    QFETCH(bool, rebuilt);
+    frmTessary* w = openScript();
+    QVERIFY(w);
+    frame_->mnuFileNew_Click();
+    cogWindow(2)->txtMain->setTextBytes(kScript);
+    showStructure(w);
+    const std::string newKey = "int     speed" + std::string(20, ' ') + "\r";
+    QVERIFY(!frame_->tvwCogE->contains(newKey));
+    if (chosen == 0) mdlTessary::RefreshCogList();
+    if (chosen == 2) frame_->cmbCog->setCurrentIndex(1);
+    frame_->cmbTvwSel->setCurrentIndex(frame_->cmbTvwSel->findText(shown));
+    frame_->cmbTvwSel_Click();
+    if (modified) QTest::keyClick(w->txtMain, Qt::Key_Space);
+    mdlTessary::strCurCog = w->Tag;
+    frame_->cmbVarType->setCurrentIndex(3);
+    QTest::keyClicks(frame_->txtVarName, "speed");
+    QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
+    QVERIFY(textOf(w).contains(QByteArray::fromStdString(newKey)));
+    QCOMPARE(frame_->tvwCogE->contains(newKey), rebuilt);
+    QVERIFY(dialogs_.messages.isEmpty());
 }
 
 QTEST_MAIN(tst_ExplorerTools)
