@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDataStream>
 #include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -51,7 +52,10 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     move(twips(510), twips(930));
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // The editor windows go with the frame.
+    mdlTessary::colCogs.clear();
+}
 
 void frmMain::createPanels() {
     mdiArea = new QMdiArea;
@@ -390,6 +394,14 @@ QString frmMain::executeServerName() {
     return dir + QStringLiteral("/tessary-execute");
 }
 
+QByteArray frmMain::encodeExecuteRequest(const QString& path) {
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_6_0);
+    out << path;
+    return bytes;
+}
+
 bool frmMain::listenForExecuteRequests() {
     server_ = new QLocalServer(this);
     server_->setSocketOptions(QLocalServer::UserAccessOption);
@@ -405,9 +417,13 @@ bool frmMain::listenForExecuteRequests() {
         while (QLocalSocket* socket = server_->nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
             connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
-                // A request is the path's bytes followed by a line feed.
-                if (!socket->canReadLine()) return;
-                const QString path = QString::fromUtf8(socket->readLine().chopped(1));
+                // A request is one serialized string; it may arrive in pieces.
+                QDataStream in(socket);
+                in.setVersion(QDataStream::Qt_6_0);
+                in.startTransaction();
+                QString path;
+                in >> path;
+                if (!in.commitTransaction()) return;
                 socket->write("ok\n");
                 socket->flush();
                 QTimer::singleShot(0, this, [this, path] {
