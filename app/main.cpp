@@ -16,8 +16,8 @@ bool handOver(const QString& commandLine) {
     QLocalSocket socket;
     socket.connectToServer(frmMain::executeServerName());
     if (!socket.waitForConnected(1000)) return false;
-    const QString path = QDir::isRelativePath(commandLine) ? QDir::current().absoluteFilePath(commandLine)
-                                                           : commandLine;
+    const QString path =
+        QDir::isRelativePath(commandLine) ? QDir::current().absoluteFilePath(commandLine) : commandLine;
     socket.write(frmMain::encodeExecuteRequest(path));
     if (!socket.waitForBytesWritten(2000)) return false;
     while (!socket.canReadLine())

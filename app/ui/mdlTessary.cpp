@@ -214,9 +214,10 @@ bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool 
     QFile file(path);
     if (QFileInfo(path).isDir() || !file.open(QIODevice::ReadOnly)) {
         if (reportFailure)
-            ui::MsgBox(QStringLiteral("Could not open ") + path + QStringLiteral(": ") +
-                           (QFileInfo(path).isDir() ? QStringLiteral("it is a directory") : file.errorString()),
-                       ui::vbOKOnly, ui::vbCritical);
+            ui::MsgBox(
+                QStringLiteral("Could not open ") + path + QStringLiteral(": ") +
+                    (QFileInfo(path).isDir() ? QStringLiteral("it is a directory") : file.errorString()),
+                ui::vbOKOnly, ui::vbCritical);
         return false;
     }
     w->txtMain->setTextBytes(file.readAll());
@@ -258,7 +259,10 @@ void RefreshCogList() {
     if (testlog::active()) {
         QStringList captions;
         for (int i = 1; i <= colCogs.count(); ++i) captions << colCogs.item(i)->Caption();
-        testlog::append(QStringLiteral("windows: ") + captions.join(QStringLiteral(" | ")));
+        static QString logged;
+        const QString line = QStringLiteral("windows: ") + captions.join(QStringLiteral(" | "));
+        if (line != logged) testlog::append(line);
+        logged = line;
     }
 }
 

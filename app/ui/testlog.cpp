@@ -22,7 +22,8 @@ void append(const QString& line) {
     QFile file(logPath());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) return;
     QString oneLine = line;
-    oneLine.replace(QStringLiteral("\r\n"), QStringLiteral("\\n")).replace(QLatin1Char('\n'), QStringLiteral("\\n"));
+    oneLine.replace(QStringLiteral("\r\n"), QStringLiteral("\\n"))
+        .replace(QLatin1Char('\n'), QStringLiteral("\\n"));
     file.write(oneLine.toUtf8() + '\n');
 }
 
