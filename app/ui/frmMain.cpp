@@ -101,6 +101,9 @@ void frmMain::createPanels() {
                           "sound", "surface", "template", "thing", "vector"});
     cmbVarType->setCurrentIndex(-1);
     cmbVarType->setEditText(QStringLiteral("Choose One..."));
+    // Sized by a few characters, not by its longest item: the panel is narrow.
+    cmbVarType->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cmbVarType->setMinimumContentsLength(8);
     cmbVarType->setToolTip(QStringLiteral("Choose the data type of the new variable"));
     txtVarName = new QLineEdit;
     txtVarName->setObjectName(QStringLiteral("txtVarName"));
@@ -116,6 +119,9 @@ void frmMain::createPanels() {
     cmdAddVar = new QPushButton(QStringLiteral("Add"));
     cmdAddVar->setObjectName(QStringLiteral("cmdAddVar"));
     auto* symLayout = new QGridLayout(fraAddSym);
+    symLayout->setContentsMargins(6, 6, 6, 6);
+    symLayout->setHorizontalSpacing(4);
+    symLayout->setColumnStretch(1, 1);
     symLayout->addWidget(new QLabel(QStringLiteral("Data Type:")), 0, 0);
     symLayout->addWidget(cmbVarType, 0, 1, 1, 4);
     symLayout->addWidget(new QLabel(QStringLiteral("Name:")), 1, 0);
@@ -129,12 +135,18 @@ void frmMain::createPanels() {
     row->addWidget(txtLinkID);
     row->addStretch();
     row->addWidget(cmdAddVar);
+    row->setSpacing(4);
+    cmdAddVar->setMinimumWidth(cmdAddVar->fontMetrics().horizontalAdvance(cmdAddVar->text()) + 24);
+    cmdAddVar->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     symLayout->addLayout(row, 3, 0, 1, 5);
 
     auto* selectors = new QHBoxLayout;
     selectors->setSpacing(2);
-    selectors->addWidget(cmbTvwSel, 1335);
-    selectors->addWidget(cmbCog, 1695);
+    // The tree selector keeps its width when the window list beside it is hidden.
+    cmbTvwSel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    selectors->addWidget(cmbTvwSel);
+    selectors->addWidget(cmbCog, 1);
+    selectors->addStretch(0);
     auto* panel = new QVBoxLayout(picCogRef);
     panel->setContentsMargins(0, 0, 0, 0);
     panel->addLayout(selectors);
