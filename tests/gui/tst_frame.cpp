@@ -86,6 +86,18 @@ void tst_Frame::startsWithOneBlankWindow() {
     QVERIFY(!frame->mnuEditChkSyn->isVisible());
     QCOMPARE(mdlTessary::DefFontName, QStringLiteral("Courier New"));
     QCOMPARE(mdlTessary::DefFontSize, qint16(8));
+    // The help strip and the pop-up list are there, hidden until the typing aids show them.
+    QVERIFY(!w->picMain->isVisibleTo(w));
+    QVERIFY(!w->picCogParams->isVisibleTo(w));
+    QCOMPARE(w->lvwCogParams->headerItem()->text(0), QStringLiteral("Parameter"));
+    // The text box holds bytes (no code page) and ends lines with CR LF.
+    QCOMPARE(w->txtMain->SendScintilla(QsciScintillaBase::SCI_GETCODEPAGE), 0L);
+    QCOMPARE(w->txtMain->SendScintilla(QsciScintillaBase::SCI_GETEOLMODE),
+             long(QsciScintillaBase::SC_EOL_CRLF));
+    w->txtMain->setFocus();
+    w->txtMain->setSelStart(0);
+    QTest::keyClick(w->txtMain, Qt::Key_Return);
+    QVERIFY(textOf(w).startsWith("\r\n#"));
 }
 
 void tst_Frame::emptySettingsStoreGivesTheDefaults() {
