@@ -53,6 +53,7 @@ private slots:
     void roundTripKeepsEveryByte_data();
     void roundTripKeepsEveryByte();
     void openedWindowIsNamedAfterItsFile();
+    void openThatFailsEndsSilently();
     void modifiedMarkIsOneStarUntilSaved();
     void markerPositionsFollowEveryEdit();
     void closePrompt_data();
@@ -120,6 +121,17 @@ void tst_Documents::openedWindowIsNamedAfterItsFile() {
     QCOMPARE(frame->cmbCog->count(), 2);
     QCOMPARE(frame->cmbCog->itemText(1), QStringLiteral("a.cog"));
     QCOMPARE(frame->cmbCog->itemData(1).toInt(), 2);
+}
+
+void tst_Documents::openThatFailsEndsSilently() {
+    ScriptedDialogs dialogs;
+    startTessary(dialogs);
+    frmTessary* w = openThroughMenu(dialogs, dir_.path()); // a directory, not a file
+    // The window made before the error stays, with the new window's text and no mark.
+    QCOMPARE(mdlTessary::colCogs.count(), 2);
+    QVERIFY(dialogs.messages.isEmpty());
+    QCOMPARE(textOf(w), textOf(cogWindow(1)));
+    QVERIFY(!w->bMod);
 }
 
 void tst_Documents::modifiedMarkIsOneStarUntilSaved() {
