@@ -139,6 +139,10 @@ void KeyedTreeView::selectNode(const std::string& key) {
 
 void KeyedTreeView::setLabelsEditable(bool editable) {
     editable_ = editable;
+    mirroring_ = true;
+    for (auto& [key, item] : items_)
+        item->setFlags(editable ? item->flags() | Qt::ItemIsEditable : item->flags() & ~Qt::ItemIsEditable);
+    mirroring_ = false;
     setEditTriggers(editable ? QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked
                              : QAbstractItemView::NoEditTriggers);
 }
