@@ -3,17 +3,26 @@
 #include "app/ui/mdlTessary.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLocalSocket>
+#include <QPixmap>
+#include <QTimer>
 
 namespace {
 
-// Hands the path to a running Tessary; true when one took it.
-bool handOver(const QString& path) {
+// Hands the path to a running Tessary; true when one took it. A relative path is made absolute
+// here, where it was typed: the running program may have another working directory.
+bool handOver(const QString& commandLine) {
     QLocalSocket socket;
     socket.connectToServer(frmMain::executeServerName());
     if (!socket.waitForConnected(1000)) return false;
-    socket.write(path.toUtf8() + '\n');
-    return socket.waitForBytesWritten(2000) && socket.waitForReadyRead(5000) && socket.readLine() == "ok\n";
+    const QString path =
+        QDir::isRelativePath(commandLine) ? QDir::current().absoluteFilePath(commandLine) : commandLine;
+    socket.write(frmMain::encodeExecuteRequest(path));
+    if (!socket.waitForBytesWritten(2000)) return false;
+    while (!socket.canReadLine())
+        if (!socket.waitForReadyRead(5000)) return false;
+    return socket.readLine() == "ok\n";
 }
 
 } // namespace
@@ -23,13 +32,22 @@ int main(int argc, char* argv[]) {
     QApplication::setOrganizationName(QStringLiteral("Tessary"));
     QApplication::setApplicationName(QStringLiteral("Tessary"));
 
-    // The whole command line is one path: blanks are kept.
-    QStringList args = QApplication::arguments().mid(1);
-    const QString commandLine = args.join(QLatin1Char(' '));
+    // The whole command line is one path: blanks are kept, quotation marks too.
+    const QString commandLine = QApplication::arguments().mid(1).join(QLatin1Char(' '));
     if (!commandLine.isEmpty() && handOver(commandLine)) return 0;
 
     frmMain* frame = mdlTessary::Main(commandLine);
     if (!frame) return 0;
     frame->listenForExecuteRequests();
+
+    // TESSARY_SCREENSHOT=FILE saves a picture of the frame once it is shown, then ends the
+    // program without touching the settings (used to make the picture in the README).
+    const QString screenshot = qEnvironmentVariable("TESSARY_SCREENSHOT");
+    if (!screenshot.isEmpty()) {
+        QTimer::singleShot(1500, frame, [frame, screenshot] {
+            const bool saved = frame->grab().save(screenshot);
+            QCoreApplication::exit(saved ? 0 : 1);
+        });
+    }
     return app.exec();
 }

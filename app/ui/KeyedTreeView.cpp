@@ -36,6 +36,7 @@ KeyedTreeView::KeyedTreeView(QWidget* parent) : QTreeWidget(parent) {
         auto* n = model_.find(*key);
         const QString label = item->text(0);
         if (!n || label.toLatin1().toStdString() == n->text) return;
+        previousLabel_ = n->text;
         n->text = label.toLatin1().toStdString();
         emit labelEdited(*key, label);
     });
@@ -138,6 +139,10 @@ void KeyedTreeView::selectNode(const std::string& key) {
 
 void KeyedTreeView::setLabelsEditable(bool editable) {
     editable_ = editable;
+    mirroring_ = true;
+    for (auto& [key, item] : items_)
+        item->setFlags(editable ? item->flags() | Qt::ItemIsEditable : item->flags() & ~Qt::ItemIsEditable);
+    mirroring_ = false;
     setEditTriggers(editable ? QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked
                              : QAbstractItemView::NoEditTriggers);
 }

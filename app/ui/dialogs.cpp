@@ -1,7 +1,10 @@
 #include "app/ui/dialogs.h"
 
+#include "app/ui/testlog.h"
+
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -19,9 +22,24 @@ QWidget* owner() {
     return QApplication::activeWindow();
 }
 
+// The file dialogs share one file name, as one common dialog would: each starts with the name
+// chosen last in either of them.
+QString gLastFileName;
+
+QString runFileDialog(QFileDialog& dialog) {
+    if (!gLastFileName.isEmpty()) dialog.selectFile(QFileInfo(gLastFileName).fileName());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    gLastFileName = dialog.selectedFiles().first();
+    return gLastFileName;
+}
+
 } // namespace
 
 int Dialogs::msgBox(const QString& text, int buttons, int icon, const QString& title) {
+    if (testlog::active()) {
+        testlog::append(QStringLiteral("message: ") + text);
+        return buttons == vbYesNoCancel ? vbCancel : vbOK;
+    }
     QMessageBox box(owner());
     box.setWindowTitle(title);
     box.setText(text);
@@ -48,25 +66,34 @@ int Dialogs::msgBox(const QString& text, int buttons, int icon, const QString& t
 }
 
 QString Dialogs::inputBox(const QString& prompt, const QString& title, const QString& defaultText) {
+    if (testlog::active()) {
+        testlog::append(QStringLiteral("input: ") + prompt);
+        return {};
+    }
     bool ok = false;
     const QString answer = QInputDialog::getText(owner(), title, prompt, QLineEdit::Normal, defaultText, &ok);
     return ok ? answer : QString();
 }
 
 QString Dialogs::openFileName(const QString& dir, const QString& filter) {
-    return QFileDialog::getOpenFileName(owner(), QString(), dir, qtFilter(filter));
+    if (testlog::active()) return {};
+    QFileDialog dialog(owner(), QString(), dir, qtFilter(filter));
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return runFileDialog(dialog);
 }
 
 QString Dialogs::saveFileName(const QString& dir, const QString& filter, const QString& defaultSuffix) {
+    if (testlog::active()) return {};
     QFileDialog dialog(owner(), QString(), dir, qtFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(defaultSuffix);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, false);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
-    return dialog.selectedFiles().first();
+    return runFileDialog(dialog);
 }
 
 bool Dialogs::printDialog(QPrinter& printer) {
+    if (testlog::active()) return false;
     QPrintDialog dialog(&printer, owner());
     dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
@@ -75,6 +102,7 @@ bool Dialogs::printDialog(QPrinter& printer) {
 }
 
 bool Dialogs::fontDialog(const QFont& initial, QFont& chosen) {
+    if (testlog::active()) return false;
     bool ok = false;
     chosen = QFontDialog::getFont(&ok, initial, owner());
     return ok;

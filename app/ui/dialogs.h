@@ -17,6 +17,8 @@ enum : int { vbOK = 1, vbCancel = 2, vbYes = 6, vbNo = 7 };
 
 inline const QString kTitle = QStringLiteral("Tessary");
 
+// The real implementation shows Qt's dialogs; with TESSARY_TEST_LOG set it answers them itself
+// and logs what it would have shown (app/ui/testlog.h).
 class Dialogs {
 public:
     virtual ~Dialogs() = default;

@@ -10,6 +10,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDataStream>
 #include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -52,7 +53,10 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     move(twips(510), twips(930));
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // The editor windows go with the frame.
+    mdlTessary::colCogs.clear();
+}
 
 void frmMain::createPanels() {
     mdiArea = new QMdiArea;
@@ -98,6 +102,9 @@ void frmMain::createPanels() {
                           "sound", "surface", "template", "thing", "vector"});
     cmbVarType->setCurrentIndex(-1);
     cmbVarType->setEditText(QStringLiteral("Choose One..."));
+    // Sized by a few characters, not by its longest item: the panel is narrow.
+    cmbVarType->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cmbVarType->setMinimumContentsLength(8);
     cmbVarType->setToolTip(QStringLiteral("Choose the data type of the new variable"));
     txtVarName = new QLineEdit;
     txtVarName->setObjectName(QStringLiteral("txtVarName"));
@@ -113,6 +120,9 @@ void frmMain::createPanels() {
     cmdAddVar = new QPushButton(QStringLiteral("Add"));
     cmdAddVar->setObjectName(QStringLiteral("cmdAddVar"));
     auto* symLayout = new QGridLayout(fraAddSym);
+    symLayout->setContentsMargins(6, 6, 6, 6);
+    symLayout->setHorizontalSpacing(4);
+    symLayout->setColumnStretch(1, 1);
     symLayout->addWidget(new QLabel(QStringLiteral("Data Type:")), 0, 0);
     symLayout->addWidget(cmbVarType, 0, 1, 1, 4);
     symLayout->addWidget(new QLabel(QStringLiteral("Name:")), 1, 0);
@@ -126,12 +136,18 @@ void frmMain::createPanels() {
     row->addWidget(txtLinkID);
     row->addStretch();
     row->addWidget(cmdAddVar);
+    row->setSpacing(4);
+    cmdAddVar->setMinimumWidth(cmdAddVar->fontMetrics().horizontalAdvance(cmdAddVar->text()) + 24);
+    cmdAddVar->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     symLayout->addLayout(row, 3, 0, 1, 5);
 
     auto* selectors = new QHBoxLayout;
     selectors->setSpacing(2);
-    selectors->addWidget(cmbTvwSel, 1335);
-    selectors->addWidget(cmbCog, 1695);
+    // The tree selector keeps its width when the window list beside it is hidden.
+    cmbTvwSel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    selectors->addWidget(cmbTvwSel);
+    selectors->addWidget(cmbCog, 1);
+    selectors->addStretch(0);
     auto* panel = new QVBoxLayout(picCogRef);
     panel->setContentsMargins(0, 0, 0, 0);
     panel->addLayout(selectors);
@@ -403,6 +419,14 @@ QString frmMain::executeServerName() {
     return dir + QStringLiteral("/tessary-execute");
 }
 
+QByteArray frmMain::encodeExecuteRequest(const QString& path) {
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_6_0);
+    out << path;
+    return bytes;
+}
+
 bool frmMain::listenForExecuteRequests() {
     server_ = new QLocalServer(this);
     server_->setSocketOptions(QLocalServer::UserAccessOption);
@@ -418,9 +442,13 @@ bool frmMain::listenForExecuteRequests() {
         while (QLocalSocket* socket = server_->nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
             connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
-                // A request is the path's bytes followed by a line feed.
-                if (!socket->canReadLine()) return;
-                const QString path = QString::fromUtf8(socket->readLine().chopped(1));
+                // A request is one serialized string; it may arrive in pieces.
+                QDataStream in(socket);
+                in.setVersion(QDataStream::Qt_6_0);
+                in.startTransaction();
+                QString path;
+                in >> path;
+                if (!in.commitTransaction()) return;
                 socket->write("ok\n");
                 socket->flush();
                 QTimer::singleShot(0, this, [this, path] {

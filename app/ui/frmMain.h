@@ -122,6 +122,8 @@ public:
     // instance already listens.
     bool listenForExecuteRequests();
     static QString executeServerName();
+    // The bytes of one execute request carrying path, as a second start sends them.
+    static QByteArray encodeExecuteRequest(const QString& path);
 
     // Adds a new editor window to the area (hidden until shown).
     QMdiSubWindow* addEditorWindow(frmTessary* w);

@@ -5,6 +5,7 @@
 #include "app/ui/MRU.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
+#include "app/ui/testlog.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/EditorFeatures.h"
 #include "editor/ui/frmTessary.h"
@@ -68,7 +69,15 @@ QString gProgramDirectory;
 
 QString readSetting(QSettings& settings, const QString& key, const QString& fallback) {
     const QVariant value = settings.value(key);
-    return value.isValid() ? value.toString() : fallback;
+    if (!value.isValid()) return fallback;
+    // A hand-edited value with an unquoted comma reads as a list: take the text as it stands.
+    if (value.typeId() == QMetaType::QStringList) return value.toStringList().join(QStringLiteral(", "));
+    return value.toString();
+}
+
+bool holdsDataFiles(const QString& dir) {
+    return QFileInfo::exists(dir + QStringLiteral("/default.cog")) ||
+           QFileInfo::exists(dir + QStringLiteral("/cogref.dat"));
 }
 
 std::string latin1(const QString& s) {
@@ -87,11 +96,16 @@ frmTessary* currentCog() {
 
 QString programDirectory() {
     if (!gProgramDirectory.isEmpty()) return gProgramDirectory;
+    // Beside the program in the build tree; in share/tessary beside bin when installed (found
+    // relative to the program, so any install prefix works, then at the configured prefix).
     const QString exeDir = QCoreApplication::applicationDirPath();
+    if (holdsDataFiles(exeDir)) return exeDir;
+#ifdef TESSARY_DATA_DIR_FROM_BIN
+    const QString installed = QDir::cleanPath(exeDir + QStringLiteral("/" TESSARY_DATA_DIR_FROM_BIN));
+    if (holdsDataFiles(installed)) return installed;
+#endif
 #ifdef TESSARY_DATA_DIR
-    if (!QFileInfo::exists(exeDir + QStringLiteral("/cogref.dat")) &&
-        QFileInfo::exists(QStringLiteral(TESSARY_DATA_DIR "/cogref.dat")))
-        return QStringLiteral(TESSARY_DATA_DIR);
+    if (holdsDataFiles(QStringLiteral(TESSARY_DATA_DIR))) return QStringLiteral(TESSARY_DATA_DIR);
 #endif
     return exeDir;
 }
@@ -182,20 +196,28 @@ frmTessary* NewCogWindow(const QString& path, const QString& title) {
     return w;
 }
 
-void ApplyFont(frmTessary* w) {
+QFont DefaultFont() {
     QFont font(DefFontName, DefFontSize);
     font.setBold(DefFontBold);
     font.setItalic(DefFontItalic);
-    editorfeatures::applyFont(w->txtMain, font);
+    font.setStyleHint(QFont::TypeWriter); // a fixed-pitch stand-in when the named font is missing
+    return font;
 }
 
-bool LoadCogFile(frmTessary* w, const QString& path, const QString& title) {
+void ApplyFont(frmTessary* w) {
+    editorfeatures::applyFont(w->txtMain, DefaultFont());
+}
+
+bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool reportFailure) {
     w->strFile = path;
     w->strFileTitle = title;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        ui::MsgBox(QStringLiteral("Could not open ") + path + QStringLiteral(": ") + file.errorString(),
-                   ui::vbOKOnly, ui::vbCritical);
+    if (QFileInfo(path).isDir() || !file.open(QIODevice::ReadOnly)) {
+        if (reportFailure)
+            ui::MsgBox(
+                QStringLiteral("Could not open ") + path + QStringLiteral(": ") +
+                    (QFileInfo(path).isDir() ? QStringLiteral("it is a directory") : file.errorString()),
+                ui::vbOKOnly, ui::vbCritical);
         return false;
     }
     w->txtMain->setTextBytes(file.readAll());
@@ -206,8 +228,10 @@ bool LoadCogFile(frmTessary* w, const QString& path, const QString& title) {
 }
 
 bool SaveCogFile(frmTessary* w, const QString& path, const QString& title) {
+    const QString oldFile = w->strFile, oldTitle = w->strFileTitle;
     w->strFile = path;
     w->strFileTitle = title;
+    // Written to a temporary file and renamed over the old one only when complete.
     QSaveFile file(path);
     const std::string_view text = w->txtMain->bytes();
     const bool written =
@@ -215,6 +239,9 @@ bool SaveCogFile(frmTessary* w, const QString& path, const QString& title) {
         file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
         file.write("\r\n", 2) == 2 && file.commit();
     if (!written) {
+        // The window still holds the file it held before.
+        w->strFile = oldFile;
+        w->strFileTitle = oldTitle;
         ui::MsgBox(QStringLiteral("Could not save ") + path + QStringLiteral(": ") + file.errorString() +
                        QStringLiteral("\r\nYour text is still in its window."),
                    ui::vbOKOnly, ui::vbCritical);
@@ -229,6 +256,14 @@ void RefreshCogList() {
     for (int i = 1; i <= colCogs.count(); ++i) list->addItem(colCogs.item(i)->Caption(), i);
     list->setCurrentIndex(-1);
     list->setEditText(QStringLiteral("Choose a Cog"));
+    if (testlog::active()) {
+        QStringList captions;
+        for (int i = 1; i <= colCogs.count(); ++i) captions << colCogs.item(i)->Caption();
+        static QString logged;
+        const QString line = QStringLiteral("windows: ") + captions.join(QStringLiteral(" | "));
+        if (line != logged) testlog::append(line);
+        logged = line;
+    }
 }
 
 } // namespace mdlTessary

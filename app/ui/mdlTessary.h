@@ -2,6 +2,7 @@
 // create, load, save and list editor windows.
 #pragma once
 
+#include <QFont>
 #include <QString>
 #include <QStringList>
 
@@ -56,12 +57,15 @@ frmMain* Main(const QString& commandLine);
 void OpenCogFile(const QString& path);
 QString GetFileTitle(const QString& path);
 frmTessary* NewCogWindow(const QString& path, const QString& title);
-// Replaces the window's text by the file's bytes; false (after telling the user) when the file
-// cannot be read.
-bool LoadCogFile(frmTessary* w, const QString& path, const QString& title);
-// Writes the text plus CR LF; false (after telling the user which file and why) when it fails.
+// Replaces the window's text by the file's bytes; false when the file cannot be read (after
+// telling the user, unless reportFailure is false).
+bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool reportFailure = true);
+// Writes the text plus CR LF; false (after telling the user which file and why) when it fails,
+// leaving the old file and the window's strFile and strFileTitle as they were.
 bool SaveCogFile(frmTessary* w, const QString& path, const QString& title);
 void RefreshCogList();
+// The editor and printing font of the settings.
+QFont DefaultFont();
 // Applies the editor font of the settings to a window.
 void ApplyFont(frmTessary* w);
 

@@ -4,6 +4,8 @@
 #include <Qsci/qscicommandset.h>
 
 #include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
 
 CogTextBox::CogTextBox(QWidget* parent) : QsciScintilla(parent) {
     setUtf8(false);
@@ -87,6 +89,13 @@ void CogTextBox::replaceRange(long start, long length, const QByteArray& bytes) 
 void CogTextBox::keyPressEvent(QKeyEvent* event) {
     if (keyHook && keyHook(event)) return;
     QsciScintilla::keyPressEvent(event);
+}
+
+bool CogTextBox::canInsertFromMimeData(const QMimeData* source) const {
+    if (source->hasUrls())
+        for (const QUrl& url : source->urls())
+            if (url.isLocalFile()) return false;
+    return QsciScintilla::canInsertFromMimeData(source);
 }
 
 void CogTextBox::onModified(int position, int modificationType, const char*, int length, int, int, int, int,

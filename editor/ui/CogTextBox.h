@@ -41,6 +41,9 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    // Files dragged from a file manager are not inserted as text: the drop passes on to the
+    // frame, which opens the first file.
+    bool canInsertFromMimeData(const QMimeData* source) const override;
 
 private:
     void onModified(int position, int modificationType, const char* text, int length, int linesAdded,

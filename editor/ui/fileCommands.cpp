@@ -1,4 +1,5 @@
 // The File menu's commands on the editor windows.
+#include "app/ui/KeyedTreeView.h"
 #include "app/ui/MRU.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
@@ -27,7 +28,7 @@ void frmMain::mnuFileOpen_Click() {
     if (path.isEmpty()) return;
     const QString title = QFileInfo(path).fileName();
     frmTessary* w = NewCogWindow(path, title);
-    if (!LoadCogFile(w, path, title)) return;
+    if (!LoadCogFile(w, path, title, false)) return; // the command ends silently on errors
     objMRU->AddFile(mnuFileMRU, path, title, mnuFileBar6);
     w->bMod = false;
 }
@@ -35,7 +36,11 @@ void frmMain::mnuFileOpen_Click() {
 void frmMain::mnuFileClose_Click() {
     frmTessary* w = currentCog();
     if (!w) return;
-    // The window's close request asks to save; windowClosed() clears the explorer and the list.
+    if (!tvwCogE->Tag.isEmpty() && tvwCogE->Tag == w->Tag) {
+        tvwCogE->clearNodes();
+        nLCE.reset();
+    }
+    // The window's close request asks to save; windowClosed() updates the list.
     w->subWindow()->close();
 }
 
@@ -86,11 +91,8 @@ void frmMain::mnuFilePrint_Click() {
     if (!w) return;
     QPrinter printer;
     if (!ui::dialogs().printDialog(printer)) return;
-    QFont font(DefFontName, DefFontSize);
-    font.setBold(DefFontBold);
-    font.setItalic(DefFontItalic);
     QTextDocument document;
-    document.setDefaultFont(font);
+    document.setDefaultFont(DefaultFont()); // the settings' font, not the window's
     const std::string_view text = w->txtMain->bytes();
     document.setPlainText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())) +
                           QStringLiteral("\r\n"));
