@@ -21,11 +21,12 @@ KeyedTree::AddResult KeyedTree::add(std::optional<std::string_view> parent, std:
     return AddResult::Added;
 }
 
-bool KeyedTree::remove(std::string_view key) {
-    if (!contains(key)) return false;
+bool KeyedTree::remove(std::string_view keyView) {
+    if (!contains(keyView)) return false;
+    const std::string key(keyView); // the view may point into a node that is about to move
     // Children always come after their parent, so one forward pass collects the subtree.
     std::vector<bool> doomed(nodes_.size(), false);
-    std::unordered_map<std::string, bool> doomedKeys{{std::string(key), true}};
+    std::unordered_map<std::string, bool> doomedKeys{{key, true}};
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
         const Node& n = nodes_[i];
         if (n.key == key || (n.hasParent && doomedKeys.contains(n.parentKey))) {
@@ -34,8 +35,11 @@ bool KeyedTree::remove(std::string_view key) {
         }
     }
     std::size_t w = 0;
-    for (std::size_t i = 0; i < nodes_.size(); ++i)
-        if (!doomed[i]) nodes_[w++] = std::move(nodes_[i]);
+    for (std::size_t i = 0; i < nodes_.size(); ++i) {
+        if (doomed[i]) continue;
+        if (w != i) nodes_[w] = std::move(nodes_[i]); // a self-move would empty the node
+        ++w;
+    }
     nodes_.resize(w);
     reindex();
     return true;
