@@ -1,13 +1,107 @@
 #include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/textpos.h"
+#include "cog/syntaxcheck.h"
 
+#include <charconv>
+#include <climits>
 #include <iostream>
 
 namespace cli {
 
-// Not available yet in this build.
-int runCheck(const Args&) {
-    std::cerr << "tessary-cli: 'check' is not available in this build\n";
+namespace {
+
+const char* const kCheckHelp =
+    "Usage: tessary-cli check [--json] [--caret N] FILE...\n"
+    "\n"
+    "Runs the editor's syntax check on each COG file: every opening brace \"{\" that is never\n"
+    "closed (\"{ not matched\"), then the section lines: \"no symbols section\", \"no end for\n"
+    "symbols section\", \"no code section\", \"no end for code section\". Section lines count only\n"
+    "at the very start of a line and never on the first line; case does not matter.\n"
+    "\n"
+    "Each finding carries a caret index (0-based byte offset): the brace's own for a brace, N\n"
+    "for a section finding, N being the caret given with --caret (default 0).\n"
+    "\n"
+    "Plain output: one finding a line, FILE:LINE:COLUMN: TEXT, with the 1-based line and byte\n"
+    "column of the finding's caret index.\n"
+    "\n"
+    "--json: one JSON object per file, one line each:\n"
+    "  {\"file\": F, \"findings\": [{\"text\": T, \"caret\": N}, ...]}\n"
+    "Bytes 0x80-0xFF are written as the characters U+0080-U+00FF; CR, LF and tab as \\r, \\n, \\t.\n"
+    "\n"
+    "Exit status: 0 no findings in any file; 1 a finding; 2 a usage error or a file that cannot\n"
+    "be read (named on stderr; the other files are still checked).\n";
+
+const char* const kCheckUsage = "Usage: tessary-cli check [--json] [--caret N] FILE...  (--help for more)\n";
+
+bool parseCaret(const std::string& s, long& caret) {
+    long value = 0;
+    const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
+    if (ec != std::errc() || end != s.data() + s.size() || value < 0 || value > INT_MAX) return false;
+    caret = value;
+    return true;
+}
+
+int usageError(const std::string& message) {
+    std::cerr << "tessary-cli check: " << message << "\n" << kCheckUsage;
     return 2;
+}
+
+} // namespace
+
+int runCheck(const Args& args) {
+    bool json = false;
+    bool optionsDone = false;
+    long caret = 0;
+    std::vector<std::string> files;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (!optionsDone && a == "--") {
+            optionsDone = true;
+        } else if (!optionsDone && (a == "--help" || a == "-h")) {
+            std::cout << kCheckHelp;
+            return 0;
+        } else if (!optionsDone && a == "--json") {
+            json = true;
+        } else if (!optionsDone && (a == "--caret" || a.starts_with("--caret="))) {
+            std::string value;
+            if (a == "--caret") {
+                if (i + 1 == args.size()) return usageError("--caret needs a number");
+                value = args[++i];
+            } else {
+                value = a.substr(8);
+            }
+            if (!parseCaret(value, caret))
+                return usageError("--caret needs a caret index (0 or more), not '" + value + "'");
+        } else if (!optionsDone && a.size() > 1 && a[0] == '-') {
+            return usageError("unknown option '" + a + "'");
+        } else {
+            files.push_back(a);
+        }
+    }
+    if (files.empty()) return usageError("no file given");
+
+    int status = 0;
+    for (const std::string& file : files) {
+        std::string text;
+        if (!readFile(file, text)) {
+            status = 2;
+            continue;
+        }
+        const auto findings = cog::checkCog(text, caret);
+        if (json) {
+            std::cout << "{\"file\": " << jsonString(file) << ", \"findings\": [";
+            for (std::size_t i = 0; i < findings.size(); ++i)
+                std::cout << (i ? ", " : "") << "{\"text\": " << jsonString(findings[i].text)
+                          << ", \"caret\": " << findings[i].caret << "}";
+            std::cout << "]}\n";
+        } else {
+            for (const auto& f : findings)
+                std::cout << location(file, text, f.caret) << ": " << f.text << "\n";
+        }
+        if (!findings.empty()) status = std::max(status, 1);
+    }
+    return status;
 }
 
 } // namespace cli

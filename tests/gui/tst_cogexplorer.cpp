@@ -1,0 +1,326 @@
+// The CogExplorer on the frame (choosing a window, refreshing, jumping from a node, the message
+// for two equal lines) and the syntax check's result window.
+#include "harness.h"
+
+#include "app/ui/KeyedTreeView.h"
+#include "cog/ui/frmChkSyn.h"
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QPushButton>
+
+namespace {
+
+const QByteArray kScript = "# door.cog\r\n"
+                           "symbols\r\n"
+                           "thing      door\r\n"
+                           "message    startup\r\n"
+                           "int        count=0\r\n"
+                           "end\r\n"
+                           "code\r\n"
+                           "startup:\r\n"
+                           "   // get ready\r\n"
+                           "   count = 1;\r\n"
+                           "   return;\r\n"
+                           "end\r\n";
+
+const QString kDuplicate = QStringLiteral(
+    "You have 2 comment/symbol lines that are exactly the same.  In order for CogExplorer to work "
+    "correctly, you MUST have each commented/symbol line be unique.  The line that caused the errors "
+    "has been selected.  Change it then reselect the cog.");
+
+// Shows the explorer as the user does: "CogExplorer" picked in the tree selector.
+void showExplorer(frmMain* frame) {
+    frame->cmbTvwSel->setCurrentIndex(0);
+    QTest::keyClick(frame->cmbTvwSel, Qt::Key_Down);
+}
+
+// Picks the index-th window (1-based) in cmbCog with the keyboard, as a user would.
+void chooseWindow(frmMain* frame, int index) {
+    frame->cmbCog->setCurrentIndex(index - 2);
+    QTest::keyClick(frame->cmbCog, Qt::Key_Down);
+}
+
+QStringList treeTexts(const KeyedTreeView* tree) {
+    QStringList out;
+    for (const auto& n : tree->model().nodes()) out << QString::fromLatin1(n.text.c_str());
+    return out;
+}
+
+} // namespace
+
+class tst_CogExplorer : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { prepareTessaryTest(); }
+    void cleanup() {
+        if (frmChkSyn* w = frmChkSyn::loaded()) delete w;
+        stopTessary();
+    }
+
+    void selectorSwitchesTheTrees();
+    void choosingAWindowFillsTheTree();
+    void successLeavesTheCurrentWindowAlone();
+    void refreshReadsTheTextAgain();
+    void noChosenWindowChangesNothing();
+    void doubleClickJumps_data();
+    void doubleClickJumps();
+    void duplicateLineIsReportedAndSelected();
+    void otherFailuresEndSilently();
+    void treeIsClearedWhenItsWindowCloses();
+    void checkWindowListsFindings();
+    void checkWindowIsShownOnce();
+    void checkWindowClosesWithTheFrame();
+};
+
+void tst_CogExplorer::selectorSwitchesTheTrees() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    showExplorer(frame);
+    QCOMPARE(frame->cmbTvwSel->currentText(), QStringLiteral("CogExplorer"));
+    QVERIFY(frame->tvwCogE->isVisible());
+    QVERIFY(frame->cmbCog->isVisible());
+    QVERIFY(!frame->tvwCog->isVisible());
+    QTest::keyClick(frame->cmbTvwSel, Qt::Key_Up);
+    QVERIFY(!frame->tvwCogE->isVisible());
+    QVERIFY(!frame->cmbCog->isVisible());
+    QVERIFY(frame->tvwCog->isVisible());
+}
+
+void tst_CogExplorer::choosingAWindowFillsTheTree() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    cogWindow(1)->txtMain->setTextBytes(kScript);
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+
+    KeyedTreeView* tree = frame->tvwCogE;
+    const QString caption = cogWindow(1)->Caption(); // "Cog 1*": the text was changed
+    QCOMPARE(treeTexts(tree), (QStringList{caption, "symbols", "code", "int", "count=0", "startup", "message",
+                                           "startup", "thing", "door", "// get ready"}));
+    QCOMPARE(tree->topLevelItemCount(), 1);
+    QTreeWidgetItem* root = tree->topLevelItem(0);
+    QCOMPARE(root->text(0), caption);
+    QVERIFY(root->isExpanded());
+    QCOMPARE(root->childCount(), 2);
+    QVERIFY(!root->child(0)->isExpanded());
+    QCOMPARE(root->child(1)->child(0)->child(0)->text(0), QStringLiteral("// get ready"));
+    QCOMPARE(tree->Tag, QStringLiteral("cog1"));
+    QCOMPARE(frame->nLCE, std::optional<std::string>("root"));
+    QVERIFY(dialogs.messages.isEmpty());
+}
+
+void tst_CogExplorer::successLeavesTheCurrentWindowAlone() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    frame->mnuFileNew_Click();
+    cogWindow(1)->txtMain->setTextBytes(kScript);
+    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+    QCOMPARE(frame->tvwCogE->Tag, QStringLiteral("cog1"));
+    QCOMPARE(frame->tvwCogE->count(), std::size_t(11));
+    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
+}
+
+void tst_CogExplorer::refreshReadsTheTextAgain() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    frmTessary* w = cogWindow(1);
+    w->txtMain->setTextBytes(kScript);
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+    QVERIFY(!frame->tvwCogE->contains("sound s\r"));
+    // Typing does not touch the tree; F5 rebuilds it.
+    w->txtMain->setSelStart(kScript.indexOf("end"));
+    w->txtMain->setSelText("sound s\r\n");
+    QVERIFY(!frame->tvwCogE->contains("sound s\r"));
+    QCOMPARE(frame->mnuViewRefresh->shortcut(), QKeySequence(Qt::Key_F5));
+    frame->mnuViewRefresh->trigger();
+    QVERIFY(frame->tvwCogE->contains("sound s\r"));
+    QCOMPARE(frame->tvwCogE->node("sound s\r")->text, std::string("s"));
+}
+
+void tst_CogExplorer::noChosenWindowChangesNothing() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    cogWindow(1)->txtMain->setTextBytes(kScript);
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+    frame->mnuFileNew_Click(); // refreshes cmbCog: nothing is chosen now
+    QCOMPARE(frame->cmbCog->currentIndex(), -1);
+    frame->mnuViewRefresh_Click();
+    QCOMPARE(frame->tvwCogE->count(), std::size_t(11));
+    QCOMPARE(frame->tvwCogE->Tag, QStringLiteral("cog1"));
+    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
+}
+
+void tst_CogExplorer::doubleClickJumps_data() {
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<int>("caret");
+    QTest::newRow("a symbol: the start of its declaration line")
+        << QByteArray("int        count=0\r") << int(kScript.indexOf("int        count"));
+    QTest::newRow("a message: the first occurrence of its label")
+        << QByteArray("startup:") << int(kScript.indexOf("startup:"));
+    QTest::newRow("a comment: its text") << QByteArray("// get ready") << int(kScript.indexOf("// get"));
+    QTest::newRow("a type group: nothing") << QByteArray("thing") << 5;
+    QTest::newRow("the root: nothing") << QByteArray("root") << 5;
+}
+
+void tst_CogExplorer::doubleClickJumps() {
+    QFETCH(QByteArray, key);
+    QFETCH(int, caret);
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    frmTessary* w = cogWindow(1);
+    w->txtMain->setTextBytes(kScript);
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+    w->txtMain->setSelStart(5);
+
+    KeyedTreeView* tree = frame->tvwCogE;
+    tree->expandAll();
+    QTreeWidgetItem* item = tree->itemFor(key.toStdString());
+    QVERIFY(item);
+    const QPoint at = tree->visualItemRect(item).center();
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, at);
+    QCOMPARE(frame->nLCE, std::optional<std::string>(key.toStdString()));
+    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, at);
+    QCOMPARE(w->txtMain->selStart(), long(caret));
+    QCOMPARE(w->txtMain->selLength(), 0L);
+}
+
+void tst_CogExplorer::duplicateLineIsReportedAndSelected() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    const QByteArray text = "#\r\nsymbols\r\nthing door\r\nint a\r\nint  b\r\nint a\r\nend\r\n";
+    cogWindow(1)->txtMain->setTextBytes(text);
+    frame->mnuFileNew_Click();
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+
+    QCOMPARE(dialogs.messages.size(), 1);
+    QCOMPARE(dialogs.messages[0].text, kDuplicate);
+    QCOMPARE(dialogs.messages[0].icon, int(ui::vbCritical));
+    QCOMPARE(dialogs.messages[0].buttons, int(ui::vbOKOnly));
+    QCOMPARE(dialogs.messages[0].title, QStringLiteral("Tessary"));
+    // The second "int a" line is selected.
+    CogTextBox* box = cogWindow(1)->txtMain;
+    QCOMPARE(box->selStart(), long(text.lastIndexOf("int a")));
+    QCOMPARE(box->selText(), QByteArray("int a"));
+    // The nodes added before stay; the scan went no further.
+    QCOMPARE(treeTexts(frame->tvwCogE), (QStringList{"Cog 1*", "symbols", "code", "int", "a", "b"}));
+    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog1"));
+}
+
+void tst_CogExplorer::otherFailuresEndSilently() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    cogWindow(1)->txtMain->setTextBytes(kScript);
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+    QCOMPARE(frame->tvwCogE->count(), std::size_t(11));
+    frame->tvwCogE_NodeClick("thing");
+
+    frame->mnuFileNew_Click();
+    cogWindow(2)->txtMain->setTextBytes("# upside down\r\nend\r\nsymbols\r\nint a\r\n");
+    mdlTessary::strCurCog = QStringLiteral("cog1");
+    chooseWindow(frame, 2);
+    QVERIFY(dialogs.messages.isEmpty());
+    QCOMPARE(frame->tvwCogE->count(), std::size_t(0));
+    QCOMPARE(frame->tvwCogE->Tag, QStringLiteral("cog2"));
+    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2")); // left at the chosen window
+    QCOMPARE(frame->nLCE, std::optional<std::string>("thing"));
+}
+
+void tst_CogExplorer::treeIsClearedWhenItsWindowCloses() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    cogWindow(1)->txtMain->setTextBytes(kScript);
+    frame->mnuFileNew_Click();
+    showExplorer(frame);
+    chooseWindow(frame, 1);
+    mdlTessary::strCurCog = QStringLiteral("cog2");
+    cogWindow(2)->bMod = false;
+    frame->mnuFileClose_Click();
+    QCOMPARE(frame->tvwCogE->count(), std::size_t(11)); // another window closed
+    cogWindow(1)->clearModified();
+    mdlTessary::strCurCog = QStringLiteral("cog1");
+    frame->mnuFileClose_Click();
+    QCOMPARE(frame->tvwCogE->count(), std::size_t(0));
+}
+
+void tst_CogExplorer::checkWindowListsFindings() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    QVERIFY(!frame->mnuEditChkSyn->isVisible());
+    QVERIFY(!frame->mnuEditChkSyn->isEnabled());
+    frmTessary* w = cogWindow(1);
+    const QByteArray text = "#\r\nsymbols\r\nend\r\ncode\r\nstartup:\r\n  if (1) {\r\n  {}\r\n  return;\r\n";
+    w->txtMain->setTextBytes(text);
+    w->txtMain->setSelStart(7);
+
+    frame->mnuEditChkSyn_Click();
+    frmChkSyn* check = frmChkSyn::loaded();
+    QVERIFY(check);
+    QVERIFY(check->isVisible());
+    QVERIFY(!check->isModal());
+    QVERIFY(!check->parentWidget());
+    QCOMPARE(check->windowTitle(), QStringLiteral("Check Syntax - ") + w->Caption());
+    QCOMPARE(check->cmdOK->text(), QStringLiteral("OK"));
+    QCOMPARE(check->lstChkSyn->count(), 2);
+    QCOMPARE(check->lstChkSyn->item(0)->text(), QStringLiteral("{ not matched"));
+    QCOMPARE(check->lstChkSyn->item(0)->data(Qt::UserRole).toInt(), int(text.indexOf('{')));
+    QCOMPARE(check->lstChkSyn->item(1)->text(), QStringLiteral("no end for code section"));
+    QCOMPARE(check->lstChkSyn->item(1)->data(Qt::UserRole).toInt(), 7);
+    QVERIFY(check->MatchChar(text.lastIndexOf('{') + 1, "{", "}", 1));
+    QVERIFY(!check->MatchChar(text.indexOf('{') + 1, "{", "}", 1));
+
+    // A click on a finding puts the caret there.
+    QListWidget* list = check->lstChkSyn;
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
+    QCOMPARE(w->txtMain->selStart(), long(text.indexOf('{')));
+    QCOMPARE(w->txtMain->selLength(), 0L);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
+    QCOMPARE(w->txtMain->selStart(), 7L);
+}
+
+void tst_CogExplorer::checkWindowIsShownOnce() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    frmTessary* w = cogWindow(1);
+    w->txtMain->setTextBytes("#\r\nsymbols\r\nend\r\ncode\r\nend\r\n");
+    frame->mnuEditChkSyn_Click();
+    QPointer<frmChkSyn> first = frmChkSyn::loaded();
+    QVERIFY(first);
+    QCOMPARE(first->lstChkSyn->count(), 0); // a clean text lists nothing
+
+    // While it is open, the command only brings it to the front: the findings stay.
+    w->txtMain->setTextBytes("{");
+    frame->mnuEditChkSyn_Click();
+    QCOMPARE(frmChkSyn::loaded(), first.data());
+    QCOMPARE(first->lstChkSyn->count(), 0);
+
+    // OK unloads it; the next command checks again.
+    QTest::mouseClick(first->cmdOK, Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!first);
+    QVERIFY(!frmChkSyn::loaded());
+    frame->mnuEditChkSyn_Click();
+    QVERIFY(frmChkSyn::loaded());
+    QCOMPARE(frmChkSyn::loaded()->lstChkSyn->count(), 4);
+}
+
+void tst_CogExplorer::checkWindowClosesWithTheFrame() {
+    ScriptedDialogs dialogs;
+    frmMain* frame = startTessary(dialogs);
+    frame->mnuEditChkSyn_Click();
+    QPointer<frmChkSyn> check = frmChkSyn::loaded();
+    QVERIFY(check && check->isVisible());
+    stopTessary();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!check);
+}
+
+QTEST_MAIN(tst_CogExplorer)
+#include "tst_cogexplorer.moc"
