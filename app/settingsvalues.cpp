@@ -42,4 +42,23 @@ std::int16_t toInt16(std::string_view text, std::int16_t fallback) {
     return static_cast<std::int16_t>(rounded);
 }
 
+std::string boolText(bool b) {
+    return b ? "True" : "False";
+}
+
+long roundHalfEven(double x) {
+    const double lower = std::floor(x);
+    const double fraction = x - lower;
+    auto whole = static_cast<long>(lower);
+    if (fraction > 0.5 || (fraction == 0.5 && whole % 2 != 0)) ++whole;
+    return whole;
+}
+
+std::int16_t roundFontSize(double points) {
+    if (!std::isfinite(points) || points < 1) return 1;
+    if (points >= 32767) return 32767;
+    const long whole = roundHalfEven(points);
+    return static_cast<std::int16_t>(whole < 1 ? 1 : whole);
+}
+
 } // namespace settings

@@ -1,0 +1,305 @@
+// The template window: its parameter table, in-place editing of the values, generation into a new
+// COG window, and templates that cannot be used.
+#include "harness.h"
+
+#include "templates/ui/frmCGT.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeWidget>
+
+class tst_TemplateWindow : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup() { stopTessary(); }
+
+    void showsTheParameterTable();
+    void sizesColumnsByTheirTitles();
+    void onlyTheValueIsEditedInPlace();
+    void generatesANewWindow_data();
+    void generatesANewWindow();
+    void valueTypedInPlaceIsUsed();
+    void changedOrVanishedTemplateCreatesNothing_data();
+    void changedOrVanishedTemplateCreatesNothing();
+    void openTemplateMenuShowsTheWindowModally();
+    void openTemplateMenuEndsSilently_data();
+    void openTemplateMenuEndsSilently();
+    void templateFromTheCommandLineOpensTheWindow();
+    void malformedTemplateFromOpenCogFileIsReported_data();
+    void malformedTemplateFromOpenCogFileIsReported();
+
+private:
+    QString write(const QString& name, const QByteArray& bytes);
+    QTemporaryDir dir_;
+    ScriptedDialogs dialogs_;
+    frmMain* frame_ = nullptr;
+};
+
+namespace {
+
+const QByteArray kDoor =
+    "3\r\nValue,Name,Description\r\n"
+    "8.0,speed,Speed, in frames per second\r\n"
+    "door.wav,snd,Sound\r\n"
+    "end\r\n"
+    "# door\r\nsymbols\r\nflex speed=<%SPEED%>\r\nsound s=<%snd%>\r\nend\r\ncode\r\nend\r\n";
+
+// Runs fn on the modal window that the next command shows, once it is up.
+template <typename Fn> void onModal(Fn fn) {
+    QTimer::singleShot(0, [fn] {
+        QWidget* modal = QApplication::activeModalWidget();
+        fn(modal);
+        if (modal && modal->isVisible()) modal->close();
+    });
+}
+
+} // namespace
+
+void tst_TemplateWindow::init() {
+    prepareTessaryTest();
+    dialogs_ = ScriptedDialogs();
+    frame_ = startTessary(dialogs_);
+    QVERIFY(frame_);
+    QVERIFY(dir_.isValid());
+}
+
+QString tst_TemplateWindow::write(const QString& name, const QByteArray& bytes) {
+    QFile f(dir_.filePath(name));
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size()) return {};
+    return f.fileName();
+}
+
+void tst_TemplateWindow::showsTheParameterTable() {
+    frmCGT window(frame_);
+    const QString path = write("door.cgt", kDoor);
+    QVERIFY(window.OpenCogTemplate(path));
+    QCOMPARE(window.windowTitle(), QStringLiteral("Cog Template"));
+    QCOMPARE(window.cmdGenCog->text(), QStringLiteral("Generate Cog"));
+    QCOMPARE(window.sF, path);
+    QCOMPARE(window.ilen, kDoor.indexOf("# door"));
+    QTreeWidget* list = window.lvwCog;
+    QCOMPARE(list->columnCount(), 3);
+    QCOMPARE(list->headerItem()->text(0), QStringLiteral("Value"));
+    QCOMPARE(list->headerItem()->text(2), QStringLiteral("Description"));
+    QCOMPARE(window.columnOfKey("col0"), 0);
+    QCOMPARE(window.columnOfKey("col2"), 2);
+    QCOMPARE(window.columnOfKey("col3"), -1);
+    QCOMPARE(list->topLevelItemCount(), 2);
+    QCOMPARE(frmCGT::rowKey(0, list), QStringLiteral("speed"));
+    QCOMPARE(frmCGT::rowKey(1, list), QStringLiteral("snd"));
+    const QTreeWidgetItem* first = list->topLevelItem(0);
+    QCOMPARE(first->text(0), QStringLiteral("8.0"));
+    QCOMPARE(first->text(1), QStringLiteral("speed"));
+    QCOMPARE(first->text(2), QStringLiteral("Speed, in frames per second"));
+}
+
+void tst_TemplateWindow::sizesColumnsByTheirTitles() {
+    frmCGT window(frame_);
+    QVERIFY(window.OpenCogTemplate(write("door.cgt", kDoor)));
+    QTreeWidget* list = window.lvwCog;
+    const QFontMetrics metrics(list->header()->font());
+    const int value = list->columnWidth(0);
+    const int name = list->columnWidth(1);
+    QVERIFY(value >= metrics.horizontalAdvance("Value"));
+    QVERIFY(name >= metrics.horizontalAdvance("Name"));
+    QVERIFY(value < metrics.horizontalAdvance("Description")); // by its title, not its contents
+    // The last column takes the rest of the list less a margin of 1000 twips.
+    QCOMPARE(list->columnWidth(2), list->width() - 2 * list->frameWidth() - value - name - 1000 / 15);
+}
+
+void tst_TemplateWindow::onlyTheValueIsEditedInPlace() {
+    frmCGT window(frame_);
+    QVERIFY(window.OpenCogTemplate(write("door.cgt", kDoor)));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTreeWidget* list = window.lvwCog;
+    QTreeWidgetItem* item = list->topLevelItem(1);
+    list->editItem(item, 1);
+    QVERIFY(!list->indexWidget(list->model()->index(1, 1)));
+    list->editItem(item, 2);
+    QVERIFY(!list->indexWidget(list->model()->index(1, 2)));
+    list->editItem(item, 0);
+    QVERIFY(qobject_cast<QLineEdit*>(list->indexWidget(list->model()->index(1, 0))));
+}
+
+void tst_TemplateWindow::generatesANewWindow_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QStringList>("values"); // typed into the first column, row by row
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("defaults") << kDoor << QStringList{}
+                              << QByteArray(
+                                     "# door\r\nsymbols\r\nflex speed=8.0\r\nsound s=door.wav\r\nend\r\n"
+                                     "code\r\nend\r\n");
+    QTest::newRow("edited values") << kDoor << QStringList{"2.5", ""}
+                                   << QByteArray("# door\r\nsymbols\r\nflex speed=2.5\r\nsound s=\r\nend\r\n"
+                                                 "code\r\nend\r\n");
+    QTest::newRow("no rows: the body unchanged") << QByteArray("2\r\nV,N\r\nEND\r\n<%x%>\r\nsymbols")
+                                                 << QStringList{} << QByteArray("<%x%>\r\nsymbols");
+    QTest::newRow("value holding a later row's placeholder")
+        << QByteArray("2\r\nV,N\r\n(<%b%>),a\r\nB,b\r\nend\r\n<%a%>|<%b%>") << QStringList{}
+        << QByteArray("(B)|B");
+}
+
+void tst_TemplateWindow::generatesANewWindow() {
+    QFETCH(QByteArray, file);
+    QFETCH(QStringList, values);
+    QFETCH(QByteArray, text);
+    frmCGT window(frame_);
+    QVERIFY(window.OpenCogTemplate(write("t.cgt", file)));
+    for (int r = 0; r < values.size(); ++r) window.lvwCog->topLevelItem(r)->setText(0, values[r]);
+    window.show();
+    window.cmdGenCog_Click();
+    QVERIFY(!window.isVisible());
+    QCOMPARE(window.result(), int(QDialog::Accepted));
+    QCOMPARE(mdlTessary::colCogs.count(), 2);
+    frmTessary* w = cogWindow(2);
+    QCOMPARE(textOf(w), text);
+    QCOMPARE(w->txtMain->selStart(), 0L);
+    QCOMPARE(w->txtMain->selLength(), 0L);
+    QCOMPARE(w->strFile, QStringLiteral("blank"));
+    QCOMPARE(w->strFileTitle, QString());
+    QVERIFY(w->bMod);
+    QCOMPARE(w->Caption(), QStringLiteral("Cog 2*"));
+    QCOMPARE(mdlTessary::strCurCog, w->Tag);
+    QVERIFY(dialogs_.messages.isEmpty());
+}
+
+void tst_TemplateWindow::valueTypedInPlaceIsUsed() {
+    frmCGT window(frame_);
+    QVERIFY(window.OpenCogTemplate(write("door.cgt", kDoor)));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTreeWidget* list = window.lvwCog;
+    list->setCurrentItem(list->topLevelItem(0), 0);
+    list->editItem(list->topLevelItem(0), 0);
+    auto* editor = qobject_cast<QLineEdit*>(list->indexWidget(list->model()->index(0, 0)));
+    QVERIFY(editor);
+    editor->selectAll();
+    QTest::keyClicks(editor, "16");
+    // Pressing the button while the value is still being typed.
+    QTest::mouseClick(window.cmdGenCog, Qt::LeftButton);
+    QCOMPARE(mdlTessary::colCogs.count(), 2);
+    QVERIFY(textOf(cogWindow(2)).contains("flex speed=16\r\n"));
+}
+
+void tst_TemplateWindow::changedOrVanishedTemplateCreatesNothing_data() {
+    QTest::addColumn<bool>("remove");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("changed") << false << "has changed since it was opened";
+    QTest::newRow("vanished") << true << "cannot be read any more";
+}
+
+void tst_TemplateWindow::changedOrVanishedTemplateCreatesNothing() {
+    QFETCH(bool, remove);
+    QFETCH(QString, message);
+    const QString path = write("door.cgt", kDoor);
+    frmCGT window(frame_);
+    QVERIFY(window.OpenCogTemplate(path));
+    if (remove)
+        QVERIFY(QFile::remove(path));
+    else
+        QVERIFY(!write("door.cgt", QByteArray(kDoor).replace("8.0", "9.0")).isEmpty());
+    window.cmdGenCog_Click();
+    QCOMPARE(mdlTessary::colCogs.count(), 1);
+    QCOMPARE(dialogs_.messages.size(), 1);
+    QVERIFY(dialogs_.messages[0].text.contains(path));
+    QVERIFY2(dialogs_.messages[0].text.contains(message), qPrintable(dialogs_.messages[0].text));
+    QCOMPARE(dialogs_.messages[0].icon, int(ui::vbExclamation));
+}
+
+void tst_TemplateWindow::openTemplateMenuShowsTheWindowModally() {
+    dialogs_.openAnswers << write("door.cgt", kDoor);
+    bool seen = false;
+    onModal([&](QWidget* modal) {
+        auto* window = qobject_cast<frmCGT*>(modal);
+        seen = window != nullptr;
+        if (!window) return;
+        QCOMPARE(window->parentWidget(), static_cast<QWidget*>(frame_));
+        QCOMPARE(window->lvwCog->topLevelItemCount(), 2);
+        window->lvwCog->topLevelItem(0)->setText(0, "1.0");
+        QTest::mouseClick(window->cmdGenCog, Qt::LeftButton);
+    });
+    frame_->mnuOpenTemp_Click();
+    QCoreApplication::processEvents();
+    QVERIFY(seen);
+    QCOMPARE(mdlTessary::colCogs.count(), 2);
+    QVERIFY(textOf(cogWindow(2)).contains("flex speed=1.0\r\n"));
+}
+
+void tst_TemplateWindow::openTemplateMenuEndsSilently_data() {
+    QTest::addColumn<QByteArray>("file"); // empty: the dialog is cancelled
+    QTest::newRow("cancelled dialog") << QByteArray();
+    QTest::newRow("column count below 2") << QByteArray("1\r\nV\r\nend\r\n");
+    QTest::newRow("no end line") << QByteArray("2\r\nV,N\r\n1,a\r\n");
+    QTest::newRow("row with too few fields") << QByteArray("3\r\nV,N,D\r\n1,a\r\nend\r\n");
+    QTest::newRow("repeated name") << QByteArray("2\r\nV,N\r\n1,a\r\n2,a\r\nend\r\n");
+}
+
+void tst_TemplateWindow::openTemplateMenuEndsSilently() {
+    QFETCH(QByteArray, file);
+    if (!file.isEmpty()) dialogs_.openAnswers << write("bad.cgt", file);
+    bool shown = false;
+    onModal([&](QWidget* modal) { shown = modal != nullptr; });
+    frame_->mnuOpenTemp_Click();
+    QCoreApplication::processEvents();
+    QVERIFY(!shown);
+    QVERIFY(dialogs_.messages.isEmpty());
+    QCOMPARE(mdlTessary::colCogs.count(), 1);
+}
+
+void tst_TemplateWindow::templateFromTheCommandLineOpensTheWindow() {
+    stopTessary();
+    prepareTessaryTest();
+    const QString path = write("DOOR.CGT", kDoor);
+    bool seen = false;
+    onModal([&](QWidget* modal) {
+        auto* window = qobject_cast<frmCGT*>(modal);
+        seen = window != nullptr;
+        if (window) QCOMPARE(window->sF, path);
+    });
+    dialogs_ = ScriptedDialogs();
+    frame_ = startTessary(dialogs_, path);
+    QVERIFY(frame_);
+    QVERIFY(seen);
+    QCOMPARE(mdlTessary::colCogs.count(), 0); // closed without generating: no window at all
+    QVERIFY(dialogs_.messages.isEmpty());
+}
+
+void tst_TemplateWindow::malformedTemplateFromOpenCogFileIsReported_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("column count below 2")
+        << QByteArray("1\r\nV\r\nend\r\n") << "line 1: the column count 1 is below 2";
+    QTest::newRow("no end line") << QByteArray("2\r\nV,N\r\n1,a\r\n")
+                                 << "line 4: the file ends without an end line";
+    QTest::newRow("row with too few fields")
+        << QByteArray("3\r\nV,N,D\r\n1,a\r\nend\r\n") << "line 3: 2 fields, 3 needed";
+    QTest::newRow("repeated name") << QByteArray("2\r\nV,N\r\n1,a\r\n2,A\r\nend\r\n")
+                                   << "line 4: the parameter name \"A\" repeats line 3";
+}
+
+void tst_TemplateWindow::malformedTemplateFromOpenCogFileIsReported() {
+    QFETCH(QByteArray, file);
+    QFETCH(QString, problem);
+    const QString path = write("bad.cgt", file);
+    bool shown = false;
+    onModal([&](QWidget* modal) { shown = modal != nullptr; });
+    mdlTessary::OpenCogFile(path);
+    QCoreApplication::processEvents();
+    QVERIFY(!shown);
+    QCOMPARE(dialogs_.messages.size(), 1);
+    QVERIFY(dialogs_.messages[0].text.contains(path));
+    QVERIFY2(dialogs_.messages[0].text.contains(problem), qPrintable(dialogs_.messages[0].text));
+    QCOMPARE(mdlTessary::colCogs.count(), 1);
+    // Nothing is added to the recent files.
+    QVERIFY(!frame_->mnuFileMRU[0]->isVisible());
+}
+
+QTEST_MAIN(tst_TemplateWindow)
+#include "tst_templatewindow.moc"
