@@ -12,22 +12,24 @@ bool isDelimiter(char c) {
     return c == '\n' || c == '\r' || c == ' ' || c == '\t';
 }
 
-// The 1-based position of the first CR at or after lSpace; one past the text when none.
-long lineEnd(std::string_view text, long lSpace) {
-    const long size = static_cast<long>(text.size());
-    const long from = std::max(lSpace, 1L);
-    if (from > size) return size + 1;
-    const std::size_t cr = text.find('\r', static_cast<std::size_t>(from - 1));
-    return cr == std::string_view::npos ? size + 1 : static_cast<long>(cr) + 1;
+// The part of the line from the space on, up to its carriage return.
+std::string_view typedPart(std::string_view fromSpace) {
+    return fromSpace.substr(0, fromSpace.find('\r'));
 }
 
 } // namespace
 
 Range selectWordRange(std::string_view text, long caret) {
-    caret = std::min(caret, static_cast<long>(text.size()));
+    return selectWordRangeIn(text, 0, caret);
+}
+
+Range selectWordRangeIn(std::string_view window, long windowStart, long caret) {
+    caret = std::min(caret, windowStart + static_cast<long>(window.size()));
     if (caret <= 0) return {0, 0};
+    if (caret <= windowStart) return {caret, 0}; // the window misses the byte before the caret
+    auto at = [&](long i) { return window[static_cast<std::size_t>(i - windowStart)]; };
     long j = caret - 1;
-    while (j > 0 && !isDelimiter(text[static_cast<std::size_t>(j)])) --j;
+    while (j > windowStart && !isDelimiter(at(j))) --j;
     if (j == caret - 1) return {caret - 1, 1};
     if (j == 0) return {0, caret}; // the byte at 0 is included even when it is a delimiter
     return {j + 1, caret - j - 1};
@@ -41,9 +43,8 @@ bool opensMessagePopup(std::string_view word) {
     return cog::containsText(word, "message");
 }
 
-std::string popupPrefix(std::string_view text, long lSpace) {
-    const long e = lineEnd(text, lSpace);
-    std::string_view typed = cog::mid(text, lSpace, e - lSpace);
+std::string popupPrefix(std::string_view fromSpace) {
+    std::string_view typed = typedPart(fromSpace);
     while (!typed.empty() && typed.front() == ' ') typed.remove_prefix(1);
     while (!typed.empty() && typed.back() == ' ') typed.remove_suffix(1);
     return std::string(typed);
@@ -57,10 +58,9 @@ int matchPrefix(const std::vector<std::string>& items, std::string_view prefix) 
     return -1;
 }
 
-Range insertRange(std::string_view text, long lSpace) {
-    const long e = lineEnd(text, lSpace);
-    const long start = std::min(std::max(lSpace, 0L), static_cast<long>(text.size()));
-    return {start, std::max(e - lSpace - 1, 0L)};
+Range insertRange(std::string_view fromSpace, long lSpace) {
+    // Everything after the space, the line break excluded.
+    return {lSpace, std::max(static_cast<long>(typedPart(fromSpace).size()) - 1, 0L)};
 }
 
 OpenParen openParenTyped(HelpLine& h) {

@@ -19,6 +19,10 @@ struct Range {
 // space or tab before it. When the byte before the caret is such a delimiter, just that byte;
 // when the scan reaches the start of the text, everything before the caret. Empty at caret 0.
 Range selectWordRange(std::string_view text, long caret);
+// The same rule on a part of the text: window holds the bytes from index windowStart up to at
+// least the caret, and windowStart is 0 or the index of a delimiter (the line break before the
+// caret's line), so that the word never reaches past it.
+Range selectWordRangeIn(std::string_view window, long windowStart, long caret);
 
 // The caret lies inside the symbols range: lsym < caret < lsymend as plain numbers.
 bool insideSymbols(long lsym, long lsymend, long caret);
@@ -26,17 +30,20 @@ bool insideSymbols(long lsym, long lsymend, long caret);
 // A space after this word opens the message pop-up: it contains "message", any letter case.
 bool opensMessagePopup(std::string_view word);
 
-// The text the user has typed since the space that opened the pop-up: from 1-based position
-// lSpace up to the first carriage return at or after it (the end of the text when none), without
-// leading and trailing spaces (tabs stay). The view is only read up to that carriage return.
-std::string popupPrefix(std::string_view text, long lSpace);
+// The pop-up works on the rest of the line that opened it: fromSpace holds the text from 1-based
+// position lSpace (the space itself) on; only the part before its first carriage return counts,
+// or all of it when it has none.
+//
+// The text the user has typed since the space: that part without leading and trailing spaces
+// (tabs stay).
+std::string popupPrefix(std::string_view fromSpace);
 
 // The 0-based index of the first item that begins with prefix (letter case ignored), or -1.
 int matchPrefix(const std::vector<std::string>& items, std::string_view prefix);
 
 // What a chosen name replaces: from caret index lSpace up to the end of that line, the line break
 // excluded.
-Range insertRange(std::string_view text, long lSpace);
+Range insertRange(std::string_view fromSpace, long lSpace);
 
 // The help line and the number of parentheses opened while it is shown.
 struct HelpLine {

@@ -12,6 +12,8 @@ class tst_TypingAids : public QObject {
 private slots:
     void selectWord_data();
     void selectWord();
+    void selectWordOnTheCaretLine_data();
+    void selectWordOnTheCaretLine();
     void symbolsRange_data();
     void symbolsRange();
     void opensPopup_data();
@@ -50,6 +52,27 @@ void tst_TypingAids::selectWord() {
     QFETCH(int, start);
     QFETCH(int, length);
     QCOMPARE(editor::selectWordRange(text.toStdString(), caret), (Range{start, length}));
+}
+
+// The editor hands SelectWord only the caret's line and the line break before it.
+void tst_TypingAids::selectWordOnTheCaretLine_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("CR LF lines") << QByteArray("a b\r\n foo\tbar\r\n\r\nx  yy");
+    QTest::newRow("blank-led first line") << QByteArray("  ab\r\ncd");
+    QTest::newRow("bare line feeds") << QByteArray("ab\ncd ef\n\tg");
+    QTest::newRow("lone carriage returns") << QByteArray("ab\rcd\r\r ");
+}
+
+void tst_TypingAids::selectWordOnTheCaretLine() {
+    QFETCH(QByteArray, text);
+    const std::string t = text.toStdString();
+    for (long caret = 0; caret <= static_cast<long>(t.size()); ++caret) {
+        long lineStart = caret;
+        while (lineStart > 0 && t[lineStart - 1] != '\n' && t[lineStart - 1] != '\r') --lineStart;
+        const long windowStart = lineStart > 0 ? lineStart - 1 : 0;
+        const std::string_view window = std::string_view(t).substr(windowStart, caret - windowStart);
+        QCOMPARE(editor::selectWordRangeIn(window, windowStart, caret), editor::selectWordRange(t, caret));
+    }
 }
 
 void tst_TypingAids::symbolsRange_data() {
@@ -121,8 +144,10 @@ void tst_TypingAids::popupPrefix() {
     QFETCH(int, replaceLength);
     const std::string t = text.toStdString();
     const long lSpace = 17;
-    QCOMPARE(QString::fromStdString(editor::popupPrefix(t, lSpace)), prefix);
-    const Range r = editor::insertRange(t, lSpace);
+    const std::string_view fromSpace =
+        std::string_view(t).substr(std::min<std::size_t>(lSpace - 1, t.size()));
+    QCOMPARE(QString::fromStdString(editor::popupPrefix(fromSpace)), prefix);
+    const Range r = editor::insertRange(fromSpace, lSpace);
     QCOMPARE(r.length, static_cast<long>(replaceLength));
     if (r.length > 0) QCOMPARE(r.start, lSpace);
 }
