@@ -4,6 +4,7 @@
 #include "app/ui/MRU.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/mdlTessary.h"
+#include "editor/ui/CogTextBox.h"
 #include "editor/ui/frmTessary.h"
 
 #include <QCheckBox>
@@ -219,6 +220,18 @@ void frmMain::createMenus() {
     mnuEditChkSyn->setVisible(false);
     mnuEditChkSyn->setEnabled(false);
     connect(mnuEditChkSyn, &QAction::triggered, this, [this] { mnuEditChkSyn_Click(); });
+    // Inside the text box the editor's own Ctrl+Z and Ctrl+Y do the same.
+    mnuEditm->addSeparator();
+    mnuEditUndo = addItem(mnuEditm, QStringLiteral("&Undo"));
+    mnuEditUndo->setShortcuts(QKeySequence::Undo);
+    mnuEditRedo = addItem(mnuEditm, QStringLiteral("Re&do"));
+    mnuEditRedo->setShortcuts(QKeySequence::Redo);
+    connect(mnuEditUndo, &QAction::triggered, this, [] {
+        if (frmTessary* w = mdlTessary::currentCog()) w->txtMain->undo();
+    });
+    connect(mnuEditRedo, &QAction::triggered, this, [] {
+        if (frmTessary* w = mdlTessary::currentCog()) w->txtMain->redo();
+    });
 
     mnuCogFunct = menuBar()->addMenu(QStringLiteral("&Tree"));
     mnuCFCollapse = addItem(mnuCogFunct, QStringLiteral("&Collapse All"));

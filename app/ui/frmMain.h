@@ -54,6 +54,7 @@ public:
     QMenu* mnuEditm;
     std::array<QAction*, 5> mnuEdit{}; // Match Brace, Find Word, Find Next, Replace, Replace All
     QAction *mnuEditBar1, *mnuEditChkSyn;
+    QAction *mnuEditUndo, *mnuEditRedo; // act on the current window
     QMenu* mnuCogFunct;
     QAction *mnuCFCollapse, *mnuCFExpand, *mnuCFFind, *mnuCFFindNext;
     QMenu* mnuView;

@@ -6,6 +6,7 @@
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/EditorFeatures.h"
 #include "editor/ui/frmTessary.h"
 #include "templates/ui/frmCGT.h"
 
@@ -185,8 +186,7 @@ void ApplyFont(frmTessary* w) {
     QFont font(DefFontName, DefFontSize);
     font.setBold(DefFontBold);
     font.setItalic(DefFontItalic);
-    w->txtMain->setFont(font);
-    if (QsciLexer* lexer = w->txtMain->lexer()) lexer->setFont(font);
+    editorfeatures::applyFont(w->txtMain, font);
 }
 
 bool LoadCogFile(frmTessary* w, const QString& path, const QString& title) {

@@ -4,6 +4,7 @@
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/EditorFeatures.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
@@ -24,6 +25,7 @@ constexpr int twips(int t) {
 frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     txtMain = new CogTextBox(this);
     txtMain->setObjectName(QStringLiteral("txtMain"));
+    editorfeatures::install(txtMain);
 
     picMain = new QFrame(this);
     picMain->setObjectName(QStringLiteral("picMain"));
