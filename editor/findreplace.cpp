@@ -167,6 +167,7 @@ public:
             base_ = v;
             tail_ = v;
             changed_ = true;
+            out_.reserve(orig_.size() - sz(v) + r.size());
         }
         if (v >= outEnd()) {
             const Pos to = tailOffset(v);
@@ -185,9 +186,11 @@ public:
         editOutSize_ = outSize();
     }
 
-    TextEdit edit() const {
+    // The one edit that the series made; the text is given up to it.
+    TextEdit takeEdit() {
         if (!changed_) return {};
-        return {base_, editEnd_ - base_, out_.substr(0, sz(editOutSize_))};
+        out_.resize(sz(editOutSize_));
+        return {base_, editEnd_ - base_, std::move(out_)};
     }
 
 private:
@@ -257,7 +260,7 @@ ReplaceResult replaceSeries(std::string_view text, Pos ipos, std::string_view wo
         result.ipos = v + 2;
         if (!all) break;
     }
-    result.edit = t.edit();
+    result.edit = t.takeEdit();
     result.bounded = bounded && result.replaced > 0;
     return result;
 }

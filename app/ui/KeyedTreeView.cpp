@@ -36,6 +36,7 @@ KeyedTreeView::KeyedTreeView(QWidget* parent) : QTreeWidget(parent) {
         auto* n = model_.find(*key);
         const QString label = item->text(0);
         if (!n || label.toLatin1().toStdString() == n->text) return;
+        previousLabel_ = n->text;
         n->text = label.toLatin1().toStdString();
         emit labelEdited(*key, label);
     });

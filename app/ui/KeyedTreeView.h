@@ -42,6 +42,9 @@ public:
     // Whether the user may edit node labels in place (F2 or a click on the selected node).
     void setLabelsEditable(bool editable);
 
+    // The label that the node of the last labelEdited signal had before the edit.
+    const std::string& previousLabel() const { return previousLabel_; }
+
     // The tree's own tag (the key of the window whose structure it shows).
     QString Tag;
 
@@ -62,4 +65,5 @@ private:
     std::unordered_map<std::string, QTreeWidgetItem*> items_;
     bool mirroring_ = false; // true while the widget is changed from the model
     bool editable_ = false;
+    std::string previousLabel_;
 };

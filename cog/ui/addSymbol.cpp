@@ -1,4 +1,49 @@
-// Add Symbol: not available yet.
+// Add Symbol: writes the declaration line built from the frame's fields into the current
+// window's symbols section, keeps the caret with the user's text, and rebuilds the explorer when
+// it shows that window.
+#include "cog/addsymbol.h"
+#include "app/ui/KeyedTreeView.h"
+#include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
+#include "app/ui/mdlTessary.h"
+#include "editor/ui/CogTextBox.h"
+#include "editor/ui/frmTessary.h"
 
-void frmMain::cmdAddVar_Click() {}
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+
+void frmMain::cmdAddVar_Click() {
+    if (cmbVarType->currentIndex() < 0) {
+        ui::MsgBox(QStringLiteral("You must choose a type!"), ui::vbOKOnly, ui::vbCritical);
+        return;
+    }
+    if (txtVarName->text().isEmpty()) {
+        ui::MsgBox(QStringLiteral("You must enter the symbol name!"), ui::vbOKOnly, ui::vbCritical);
+        return;
+    }
+    frmTessary* W = mdlTessary::currentCog();
+    if (!W) return; // no editor window to write into
+    cog::NewSymbol symbol;
+    symbol.keyword = cmbVarType->itemText(cmbVarType->currentIndex()).toLatin1().toStdString();
+    symbol.name = txtVarName->text().toLatin1().toStdString();
+    symbol.defaultValue = txtDefVal->text().toLatin1().toStdString();
+    symbol.local = chkLocal->isChecked();
+    symbol.linkId = txtLinkID->text().toLatin1().toStdString();
+    const auto r = cog::addSymbol(W->txtMain->bytes(), W->txtMain->selStart(), symbol);
+    if (r.outcome == cog::AddSymbolResult::Outcome::NoEndLine) {
+        ui::MsgBox(QStringLiteral("The symbol was not added: ") + W->Caption() +
+                       QStringLiteral(" has no line beginning with \"end\" to put it above."),
+                   ui::vbOKOnly, ui::vbExclamation);
+        return;
+    }
+    if (r.outcome != cog::AddSymbolResult::Outcome::Inserted) return;
+    W->txtMain->replaceRange(r.edit.start, 0, QByteArray::fromStdString(r.edit.inserted));
+    W->txtMain->setSelStart(r.caret);
+
+    if (tvwCogE->isHidden()) return;
+    const int chosen = cmbCog->currentIndex();
+    const QString chosenText = chosen < 0 ? QString() : cmbCog->itemText(chosen);
+    if (cog::explorerShowsWindow(W->Caption().toLatin1().toStdString(), chosenText.toLatin1().toStdString()))
+        mdlTessary::BuildCogExplorer();
+}
