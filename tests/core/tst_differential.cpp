@@ -4,9 +4,12 @@
 // ones, damaged ones (braces in every order, duplicated lines, missing or broken section lines,
 // CR without LF, truncated or empty texts) and soups of the few bytes the rules look at.
 #include "bench/cogtext.h"
+#include "cog/explorer.h"
 #include "cog/layout.h"
+#include "cog/syntaxcheck.h"
 #include "editor/findreplace.h"
 #include "editor/firstoccurrence.h"
+#include "templates/template.h"
 
 #include <QtTest>
 
@@ -94,6 +97,119 @@ Series replace(std::string text, Pos ipos, std::string_view word, std::string_vi
     return s;
 }
 
+// Substring by 1-based start and length; a negative length is an error (nullopt).
+std::optional<std::string> mid(std::string_view s, Pos start, Pos length) {
+    if (length < 0) return std::nullopt;
+    return std::string(cog::mid(s, start, length));
+}
+
+// The explorer's rebuild step by step: every search from the start of the symbols body, of the
+// whole text or of the message body, every message body cut out of the text.
+cog::ExplorerResult explorer(std::string_view t, std::string_view caption) {
+    cog::ExplorerResult res;
+    cog::KeyedTree& tree = res.tree;
+    auto add = [&](std::string_view parent, const std::string& key, const std::string& text,
+                   const std::string& tag) {
+        const auto r = tree.add(parent, key, text, tag);
+        if (r == cog::KeyedTree::AddResult::Added) return true;
+        res.stop = r == cog::KeyedTree::AddResult::DuplicateKey ? cog::ExplorerResult::Stop::DuplicateKey
+                                                                : cog::ExplorerResult::Stop::Failure;
+        if (res.stop == cog::ExplorerResult::Stop::DuplicateKey) res.offendingKey = key;
+        return false;
+    };
+    auto failed = [&] {
+        res.stop = cog::ExplorerResult::Stop::Failure;
+        return res;
+    };
+    const Pos S = find(1, t, "\nsymbols"), E = find(1, t, "\nend");
+    std::vector<std::string> colMessages;
+    if (S > 0 && E > 0) {
+        const auto B = mid(t, S + 8, E - S);
+        if (!B) return failed();
+        tree.add(std::nullopt, "root", std::string(caption), "parent");
+        tree.at(1).expanded = true;
+        tree.add("root", "symbols", "symbols", "parent");
+        tree.add("root", "code", "code", "parent");
+        for (const std::string& K : cog::symbolTypes()) {
+            bool groupAdded = false;
+            Pos p = find(1, *B, "\n" + K);
+            Pos e = find(p + 1, *B, "\r");
+            while (p > 0) {
+                const auto L = mid(*B, p + 1, e - p);
+                if (!L) return failed();
+                if (cog::equalText(K, "message")) {
+                    const std::string N = cog::GetSymbolName(*L, 7);
+                    if (!add("code", N + ":", N, "message")) return res;
+                    colMessages.push_back(N + ":");
+                }
+                if (!groupAdded) {
+                    if (!add("symbols", K, K, "parent")) return res;
+                    groupAdded = true;
+                }
+                if (!add(K, *L, cog::GetSymbolName(*L, K.size()), "")) return res;
+                p = find(e + 1, *B, "\n" + K);
+                e = find(p + 1, *B, "\r");
+            }
+        }
+        for (const std::string& M : colMessages) {
+            const Pos p = find(1, t, M);
+            const Pos r = find(p + 1, t, "return;");
+            const auto body = mid(t, p + static_cast<Pos>(M.size()) + 2, r - p);
+            if (!body) return failed();
+            Pos k = find(1, *body, "//");
+            for (;;) {
+                const Pos e = find(k + 1, *body, "\r");
+                if (k == 0) break;
+                const auto comment = mid(*body, k, e - k);
+                if (!comment) return failed();
+                if (!add(M, *comment, *comment, "")) return res;
+                k = find(e + 1, *body, "//");
+            }
+        }
+    }
+    if (tree.empty()) return failed();
+    return res;
+}
+
+// MatchChar: the lock-step search for "{" and "}" after the brace at lpos.
+bool matchChar(std::string_view t, Pos lpos) {
+    Pos op = lpos, cl = lpos;
+    do {
+        op = find(op + 1, t, "{");
+        cl = find(cl + 1, t, "}");
+    } while (!(op > cl || op == 0 || cl == 0));
+    return (op != 0 && cl != 0) || op < cl;
+}
+
+// CheckCog: every "{" in turn through MatchChar, then the section lines.
+std::vector<cog::Finding> checkCog(std::string_view t, Pos K) {
+    std::vector<cog::Finding> f;
+    for (Pos b = find(1, t, "{"); b > 0; b = find(b + 1, t, "{"))
+        if (!matchChar(t, b)) f.push_back({"{ not matched", b - 1});
+    const Pos S = find(1, t, "\nsymbols"), E = find(1, t, "\nend"), cm = find(1, t, "\ncode");
+    const Pos E2 = find(E + 1, t, "\nend");
+    if (S == 0) f.push_back({"no symbols section", K});
+    if (E == 0 || (S > 0 && cm > 0 && E > cm)) f.push_back({"no end for symbols section", K});
+    if (cm == 0) f.push_back({"no code section", K});
+    if (E < cm && E2 == 0) f.push_back({"no end for code section", K});
+    return f;
+}
+
+// Generation: the header cut off as a selection, then for each row every placeholder selected
+// and replaced in the text, the next search starting after the inserted value.
+std::string generate(std::string_view bytes, long ilen, const std::vector<templates::Assignment>& rows) {
+    std::string text(bytes);
+    text.erase(0, static_cast<std::size_t>(std::clamp<long>(ilen, 0, static_cast<long>(text.size()))));
+    for (const auto& [key, value] : rows) {
+        const std::string P = "<%" + key + "%>";
+        for (Pos p = find(1, text, P); p > 0;) {
+            text.replace(static_cast<std::size_t>(p - 1), key.size() + 4, value);
+            p = find(p + static_cast<Pos>(value.size()), text, P);
+        }
+    }
+    return text;
+}
+
 } // namespace reading
 
 namespace {
@@ -165,6 +281,12 @@ private slots:
     void matchBraceEqualsLockStepLoop();
     void replaceEqualsStepByStepSeries_data() { families(); }
     void replaceEqualsStepByStepSeries();
+    void explorerEqualsStepByStepRebuild_data() { families(); }
+    void explorerEqualsStepByStepRebuild();
+    void checkEqualsMatchCharPerBrace_data() { families(); }
+    void checkEqualsMatchCharPerBrace();
+    void generationEqualsReplacementBySelection_data() { families(); }
+    void generationEqualsReplacementBySelection();
 };
 
 void tst_Differential::findEqualsBytewiseSearch() {
@@ -293,6 +415,107 @@ void tst_Differential::replaceEqualsStepByStepSeries() {
                                  .arg(plain.replaced)));
     }
     QVERIFY(compared > cases / 2);
+}
+
+namespace {
+
+QString describe(const cog::KeyedTree& tree) {
+    QStringList lines;
+    for (const auto& n : tree.nodes())
+        lines << shown(n.parentKey + " > " + n.key + " | " + n.text + " | " + n.tag +
+                       (n.expanded ? " +" : ""));
+    return lines.join('\n');
+}
+
+} // namespace
+
+void tst_Differential::explorerEqualsStepByStepRebuild() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(5000 + family);
+    int complete = 0, stopped = 0;
+    for (int i = 0; i < cases; ++i) {
+        std::string text = makeText(Family(family), rng, rng.next());
+        const bool moreLabels = rng.chance(20);
+        if (moreLabels) { // labels that are also found elsewhere: in comments, inside other labels
+            const auto colon = text.find(":\r\n", rng.below(text.size() + 1));
+            if (colon != std::string::npos) {
+                const auto start = text.rfind('\n', colon);
+                const std::string label = text.substr(start + 1, colon - start);
+                text.insert(rng.below(text.size() + 1), rng.chance(50) ? "// " + label : "x" + label);
+            }
+        }
+        const cog::ExplorerResult fast = cog::buildExplorer(text, "Cog 1", cog::symbolTypes());
+        const cog::ExplorerResult plain = reading::explorer(text, "Cog 1");
+        const bool same = fast.stop == plain.stop && fast.offendingKey == plain.offendingKey &&
+                          fast.tree.nodes().size() == plain.tree.nodes().size() &&
+                          describe(fast.tree) == describe(plain.tree);
+        if (!same)
+            QFAIL(qPrintable(QString("text %1\nstop %2 (%3), the reading %4 (%5)\n%6\n-- the reading:\n%7")
+                                 .arg(shown(text))
+                                 .arg(int(fast.stop))
+                                 .arg(shown(fast.offendingKey))
+                                 .arg(int(plain.stop))
+                                 .arg(shown(plain.offendingKey))
+                                 .arg(describe(fast.tree), describe(plain.tree))));
+        if (!moreLabels) (fast.complete() ? complete : stopped) += 1;
+    }
+    if (Family(family) == Family::Generated) QCOMPARE(stopped, 0); // generated scripts are well formed
+}
+
+void tst_Differential::checkEqualsMatchCharPerBrace() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(6000 + family);
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        const Pos caret = static_cast<Pos>(rng.below(text.size() + 1));
+        const std::vector<cog::Finding> fast = cog::checkCog(text, caret);
+        const std::vector<cog::Finding> plain = reading::checkCog(text, caret);
+        if (fast != plain) {
+            QStringList a, b;
+            for (const auto& f : fast) a << QString("%1@%2").arg(f.text.c_str()).arg(f.caret);
+            for (const auto& f : plain) b << QString("%1@%2").arg(f.text.c_str()).arg(f.caret);
+            QFAIL(
+                qPrintable(QString("%1\n got %2\n reading %3").arg(shown(text), a.join(", "), b.join(", "))));
+        }
+        // The one-brace rule agrees as well, at every brace.
+        for (Pos p = reading::find(1, text, "{"); p > 0; p = reading::find(p + 1, text, "{"))
+            if (cog::matchChar(text, p) != reading::matchChar(text, p))
+                QFAIL(qPrintable(QString("matchChar at %1 in %2").arg(p).arg(shown(text))));
+    }
+}
+
+void tst_Differential::generationEqualsReplacementBySelection() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(7000 + family);
+    static const std::vector<std::string> names{"door", "Door", "speed", "a", "x", "<%", "%>", "", "sp"};
+    for (int i = 0; i < cases; ++i) {
+        std::string body = makeText(Family(family), rng, rng.next());
+        // Placeholders of the rows, of other rows, of unknown names, broken and adjacent ones.
+        for (std::size_t k = rng.below(12); k > 0; --k) {
+            std::string ph = "<%" + names[rng.below(names.size())] + "%>";
+            if (rng.chance(20)) ph.erase(rng.below(ph.size()), 1);
+            if (rng.chance(30)) ph += ph;
+            body.insert(rng.below(body.size() + 1), ph);
+        }
+        std::vector<templates::Assignment> rows;
+        for (std::size_t k = rng.below(5); k > 0; --k) {
+            std::string value = rng.chance(30) ? std::string() : pickWord(body, rng);
+            if (rng.chance(20)) value += "<%" + names[rng.below(names.size())] + "%>"; // holds a placeholder
+            rows.emplace_back(names[rng.below(names.size())], value);
+        }
+        const std::string header = "2\r\nValue,Name\r\nend\r\n";
+        const std::string bytes = header + body;
+        const long ilen = rng.chance(80) ? static_cast<long>(header.size())
+                                         : static_cast<long>(rng.below(bytes.size() + 3)) - 1;
+        const std::string fast = templates::generate(bytes, ilen, rows);
+        const std::string plain = reading::generate(bytes, ilen, rows);
+        if (fast != plain)
+            QFAIL(
+                qPrintable(QString("%1\n got %2\n reading %3").arg(shown(bytes), shown(fast), shown(plain))));
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_Differential)

@@ -21,12 +21,18 @@ bool registerTarget(const char* name, Body body) {
 
 } // namespace fuzzing
 
+#include "tests/fuzz/fuzz_addsymbol.cpp"
 #include "tests/fuzz/fuzz_cogref.cpp"
+#include "tests/fuzz/fuzz_explorer.cpp"
 #include "tests/fuzz/fuzz_findreplace.cpp"
 #include "tests/fuzz/fuzz_firstoccurrence.cpp"
 #include "tests/fuzz/fuzz_layout.cpp"
 #include "tests/fuzz/fuzz_messages.cpp"
+#include "tests/fuzz/fuzz_recentfiles.cpp"
+#include "tests/fuzz/fuzz_renamedelete.cpp"
 #include "tests/fuzz/fuzz_settings.cpp"
+#include "tests/fuzz/fuzz_syntaxcheck.cpp"
+#include "tests/fuzz/fuzz_template.cpp"
 #include "tests/fuzz/fuzz_typingaids.cpp"
 
 class tst_FuzzRegressions : public QObject {
