@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -10,6 +11,11 @@
 namespace cli {
 
 bool readFile(const std::string& path, std::string& bytes) {
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec)) { // opens, but reads nothing
+        std::cerr << "tessary-cli: cannot read " << path << ": it is a directory\n";
+        return false;
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         std::cerr << "tessary-cli: cannot read " << path << ": " << std::strerror(errno) << "\n";

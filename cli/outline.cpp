@@ -19,10 +19,10 @@ const char* const kOutlineHelp =
     "of each message's handler.\n"
     "\n"
     "Plain output: the tree, one node a line, indented two spaces a level. When the tree stops\n"
-    "early, a line on stderr says so: FILE:LINE:COLUMN: for a line or comment equal to an\n"
-    "earlier one (the tree stops at the second), or FILE: for a layout the rules cannot read to\n"
-    "its end (no symbols line, no end line or an end line above the symbols line, a declaration\n"
-    "or comment without its line break, a message label without \"return;\" after it).\n"
+    "early, a line on stderr says why and, where there is a place, where (FILE:LINE:COLUMN:):\n"
+    "a line or comment equal to an earlier one (the tree stops at the second), no symbols line,\n"
+    "no end line or an end line above the symbols line, a declaration or comment without its\n"
+    "line break, a message label without \"return;\" after it.\n"
     "\n"
     "--json: one JSON object per file, one line each:\n"
     "  {\"file\": F, \"nodes\": [{\"key\": K, \"text\": T, \"tag\": G, \"parent\": P}, ...], \"stop\": S}\n"
@@ -54,7 +54,9 @@ void reportStop(const std::string& file, std::string_view text, const cog::Explo
                   << ": the same line or comment as an earlier one; the tree stops here: "
                   << jsonString(result.offendingKey) << "\n";
     else if (result.stop == cog::ExplorerResult::Stop::Failure)
-        std::cerr << file << ": the layout cannot be read to its end; the tree stops early\n";
+        std::cerr << (result.selStart >= 0 ? location(file, text, result.selStart) : file) << ": "
+                  << result.failure << "; the tree stops "
+                  << (result.tree.empty() ? "before it begins" : "here") << "\n";
 }
 
 } // namespace

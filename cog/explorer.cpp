@@ -70,19 +70,24 @@ public:
     ExplorerResult run() {
         const Pos s = symbolsMarker(text_);
         const Pos e = endMarker(text_);
-        if (s > 0 && e > 0) {
-            if (e < s)
-                fail(); // the symbols body would have a negative length
-            else if (scanSymbols(s, e))
-                scanComments();
-        }
-        if (result_.stop == ExplorerResult::Stop::None && result_.tree.empty()) fail(); // no first node
+        if (s == 0)
+            fail("no \"symbols\" line (it counts only at the start of a line after the first)");
+        else if (e == 0)
+            fail("no \"end\" line (it counts only at the start of a line)");
+        else if (e < s) // the symbols body would have a negative length
+            fail("the first \"end\" line comes before the \"symbols\" line", e);
+        else if (scanSymbols(s, e))
+            scanComments();
         return std::move(result_);
     }
 
 private:
-    bool fail() {
+    // Records a stop for a reason other than a duplicate key, and where it arose (a caret index).
+    bool fail(std::string why, Pos caret = -1) {
         result_.stop = ExplorerResult::Stop::Failure;
+        result_.failure = std::move(why);
+        result_.selStart = caret;
+        result_.selLength = 0;
         return false;
     }
 
@@ -126,7 +131,9 @@ private:
             Pos p = find(1, body, needle);
             Pos cr = find(p + 1, body, std::string_view(&CR, 1));
             while (p > 0) {
-                if (cr == 0) return fail(); // the line has no CR inside the body
+                if (cr == 0)
+                    return fail("the declaration line has no CR inside the symbols section",
+                                bodyStart + p - 1);
                 const std::string line(mid(body, p + 1, cr - p));
                 const Pos lineStart = bodyStart + p; // text position after the LF
                 const Pos lineLength = cr - p - 1;   // without its CR
@@ -168,7 +175,7 @@ private:
             const std::string& label = messages_[m];
             const Pos p = labelAt[m];
             const Pos r = returns.next(p + 1, size, 7);
-            if (r - p < 0) return fail(); // a label with no "return;" after it
+            if (r - p < 0) return fail("the label " + label + " has no \"return;\" after it", p - 1);
             // The message body is the text from first to last (text positions); a search inside
             // it is a lookup among the occurrences in the whole text that lie within it.
             const Pos first = p + static_cast<Pos>(label.size()) + 2;
@@ -182,7 +189,8 @@ private:
             for (;;) {
                 const Pos e = inBody(crs, k + 1, 1);
                 if (k == 0) break;
-                if (e == 0) return fail(); // a comment with no CR inside the body
+                if (e == 0)
+                    return fail("the comment has no CR inside the handler of " + label, first + k - 2);
                 const std::string comment(
                     text_.substr(static_cast<std::size_t>(first + k - 2), static_cast<std::size_t>(e - k)));
                 if (!add(label, comment, comment, {})) {

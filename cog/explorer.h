@@ -30,8 +30,12 @@ struct ExplorerResult {
     Pos anchorOffset = 0;
     // The same place as a selection of the text: the caret index of the line's or comment's
     // first byte and its length without the line break, so that selecting it marks the line.
+    // For a Failure, the caret index where the unreadable part begins (-1 when there is none).
     Pos selStart = -1;
     Pos selLength = 0;
+
+    // Set when stop == Failure: what could not be read, in a few words.
+    std::string failure;
 
     bool complete() const { return stop == Stop::None; }
 };

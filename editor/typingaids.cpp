@@ -43,11 +43,13 @@ bool opensMessagePopup(std::string_view word) {
     return cog::containsText(word, "message");
 }
 
-std::string popupPrefix(std::string_view fromSpace) {
+std::string popupPrefix(std::string_view fromSpace, std::optional<char> pending) {
     std::string_view typed = typedPart(fromSpace);
     while (!typed.empty() && typed.front() == ' ') typed.remove_prefix(1);
     while (!typed.empty() && typed.back() == ' ') typed.remove_suffix(1);
-    return std::string(typed);
+    std::string prefix(typed);
+    if (pending) prefix += *pending;
+    return prefix;
 }
 
 int matchPrefix(const std::vector<std::string>& items, std::string_view prefix) {

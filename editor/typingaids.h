@@ -3,6 +3,7 @@
 // Backspace prepares. Caret indexes are 0-based; lsym, lsymend and text positions are 1-based.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,8 +36,9 @@ bool opensMessagePopup(std::string_view word);
 // or all of it when it has none.
 //
 // The text the user has typed since the space: that part without leading and trailing spaces
-// (tabs stay).
-std::string popupPrefix(std::string_view fromSpace);
+// (tabs stay), followed by the character being typed, if any (appended at the end wherever the
+// caret is).
+std::string popupPrefix(std::string_view fromSpace, std::optional<char> pending = std::nullopt);
 
 // The 0-based index of the first item that begins with prefix (letter case ignored), or -1.
 int matchPrefix(const std::vector<std::string>& items, std::string_view prefix);

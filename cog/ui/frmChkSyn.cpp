@@ -20,7 +20,7 @@ constexpr int kCaretRole = Qt::UserRole;
 
 } // namespace
 
-frmChkSyn::frmChkSyn(QWidget* parent) : QWidget(parent, Qt::Window) {
+frmChkSyn::frmChkSyn(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmChkSyn"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Check Syntax - "));

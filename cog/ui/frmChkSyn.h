@@ -4,13 +4,13 @@
 
 #include "cog/layout.h"
 
-#include <QWidget>
+#include <QDialog>
 
 class QListWidget;
 class QListWidgetItem;
 class QPushButton;
 
-class frmChkSyn : public QWidget {
+class frmChkSyn : public QDialog {
     Q_OBJECT
 public:
     explicit frmChkSyn(QWidget* parent = nullptr);

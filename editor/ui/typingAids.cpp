@@ -148,8 +148,7 @@ void frmTessary::SelectWord() {
 }
 
 void frmTessary::FindParam(int keyascii) {
-    std::string prefix = editor::popupPrefix(fromSpace(txtMain, lSpace));
-    prefix += static_cast<char>(keyascii);
+    const std::string prefix = editor::popupPrefix(fromSpace(txtMain, lSpace), static_cast<char>(keyascii));
     const int found = editor::matchPrefix(itemTexts(lvwCogParams), prefix);
     highlight(lvwCogParams, found < 0 ? nullptr : lvwCogParams->topLevelItem(found));
 }

@@ -138,8 +138,11 @@ bool frmCGT::OpenCogTemplate(const QString& sFileName) {
         item->setFlags(item->flags() | Qt::ItemIsEditable);
         item->setData(0, kKeyRole, fromBytes(row.name));
         item->setText(0, fromBytes(row.value));
-        for (int i = 1; i < t.columns; ++i)
-            item->setText(i, fromBytes(row.fields[static_cast<std::size_t>(i)]));
+        for (int i = 1; i < t.columns; ++i) {
+            const QString text = fromBytes(row.fields[static_cast<std::size_t>(i)]);
+            item->setText(i, text);
+            item->setToolTip(i, text); // the narrow columns may cut it short
+        }
     }
     return true;
 }

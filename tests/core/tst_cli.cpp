@@ -87,7 +87,8 @@ void tst_Cli::plainOutput_data() {
                       "    pulse\n")
         << QByteArray("twice.cog:13:4: ");
     QTest::newRow("outline: an unreadable layout gives no tree")
-        << QStringList{"outline", "upside.cog"} << 1 << QByteArray() << QByteArray("upside.cog: ");
+        << QStringList{"outline", "upside.cog"} << 1 << QByteArray()
+        << QByteArray("upside.cog:2:1: the first \"end\" line comes before the \"symbols\" line");
     QTest::newRow("outline: a missing file is named, the others are still read")
         << QStringList{"outline", "missing.cog", "upside.cog"} << 2 << QByteArray()
         << QByteArray("missing.cog");
@@ -104,6 +105,8 @@ void tst_Cli::plainOutput_data() {
     QTest::newRow("check: a caret past the end of the text counts on in the last line")
         << QStringList{"check", "--caret", "1000", "upside.cog"} << 1
         << QByteArray("upside.cog:5:966: no code section\n") << QByteArray();
+    QTest::newRow("check: a directory is no file")
+        << QStringList{"check", "."} << 2 << QByteArray() << QByteArray(".: it is a directory");
     QTest::newRow("check: an unreadable file wins over findings")
         << QStringList{"check", "twice.cog", "nowhere/x.cog"} << 2
         << QByteArray("twice.cog:12:11: { not matched\n") << QByteArray("nowhere/x.cog");

@@ -134,6 +134,8 @@ private slots:
     void tree_data();
     void tree();
     void onlyTheRootIsExpanded();
+    void failureSaysWhereAndWhy_data();
+    void failureSaysWhereAndWhy();
     void offendingLineIsSelected_data();
     void offendingLineIsSelected();
     void agreesWithStepByStepReading();
@@ -303,6 +305,35 @@ void tst_Explorer::onlyTheRootIsExpanded() {
     QCOMPARE(result.tree.count(), std::size_t(7));
     QVERIFY(result.tree.at(1).expanded);
     for (std::size_t i = 2; i <= result.tree.count(); ++i) QVERIFY(!result.tree.at(i).expanded);
+}
+
+void tst_Explorer::failureSaysWhereAndWhy_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("caret");
+    QTest::addColumn<QByteArray>("why");
+    QTest::newRow("no symbols line") << QByteArray("symbols\r\nend\r\n") << -1
+                                     << QByteArray("no \"symbols\" line");
+    QTest::newRow("no end line") << QByteArray("#\r\nsymbols\r\n") << -1 << QByteArray("no \"end\" line");
+    QTest::newRow("end above symbols: at the end line")
+        << QByteArray("#\r\nend\r\nsymbols\r\n") << 3 << QByteArray("comes before the \"symbols\" line");
+    QTest::newRow("declaration without CR: at the line")
+        << QByteArray("#\nsymbols\nint a\nend\n") << 10 << QByteArray("no CR inside the symbols section");
+    QTest::newRow("label without return;: at the label")
+        << QByteArray("#\r\nsymbols\r\nmessage go\r\nend\r\ncode\r\ngo:\r\n") << 35
+        << QByteArray("the label go: has no \"return;\"");
+    QTest::newRow("comment without CR: at the comment")
+        << QByteArray("#\r\nsymbols\r\nmessage m\r\nend\r\ncode\r\nm:\r\n// b return;\r\n") << 38
+        << QByteArray("the comment has no CR inside the handler of m:");
+}
+
+void tst_Explorer::failureSaysWhereAndWhy() {
+    QFETCH(QByteArray, text);
+    QFETCH(int, caret);
+    QFETCH(QByteArray, why);
+    const ExplorerResult result = build(text.toStdString());
+    QCOMPARE(result.stop, Stop::Failure);
+    QCOMPARE(result.selStart, Pos(caret));
+    QVERIFY2(QByteArray::fromStdString(result.failure).contains(why), result.failure.c_str());
 }
 
 void tst_Explorer::offendingLineIsSelected_data() {

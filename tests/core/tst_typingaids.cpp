@@ -147,6 +147,8 @@ void tst_TypingAids::popupPrefix() {
     const std::string_view fromSpace =
         std::string_view(t).substr(std::min<std::size_t>(lSpace - 1, t.size()));
     QCOMPARE(QString::fromStdString(editor::popupPrefix(fromSpace)), prefix);
+    // The character being typed joins the end, even after trailing spaces were dropped.
+    QCOMPARE(QString::fromStdString(editor::popupPrefix(fromSpace, 'q')), prefix + "q");
     const Range r = editor::insertRange(fromSpace, lSpace);
     QCOMPARE(r.length, static_cast<long>(replaceLength));
     if (r.length > 0) QCOMPARE(r.start, lSpace);

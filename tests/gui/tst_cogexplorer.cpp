@@ -307,8 +307,14 @@ void tst_CogExplorer::checkWindowIsShownOnce() {
     QVERIFY(!first);
     QVERIFY(!frmChkSyn::loaded());
     frame->mnuEditChkSyn_Click();
-    QVERIFY(frmChkSyn::loaded());
-    QCOMPARE(frmChkSyn::loaded()->lstChkSyn->count(), 4);
+    QPointer<frmChkSyn> second = frmChkSyn::loaded();
+    QVERIFY(second);
+    QCOMPARE(second->lstChkSyn->count(), 4);
+
+    // Escape unloads it as OK does.
+    QTest::keyClick(second->lstChkSyn, Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!second);
 }
 
 void tst_CogExplorer::checkWindowClosesWithTheFrame() {
