@@ -9,6 +9,7 @@
 #include "cog/syntaxcheck.h"
 #include "editor/findreplace.h"
 #include "editor/firstoccurrence.h"
+#include "editor/typingaids.h"
 #include "templates/template.h"
 
 #include <QtTest>
@@ -285,6 +286,8 @@ private slots:
     void explorerEqualsStepByStepRebuild();
     void checkEqualsMatchCharPerBrace_data() { families(); }
     void checkEqualsMatchCharPerBrace();
+    void wordFromTheCaretsLineEqualsWholeText_data() { families(); }
+    void wordFromTheCaretsLineEqualsWholeText();
     void generationEqualsReplacementBySelection_data() { families(); }
     void generationEqualsReplacementBySelection();
 };
@@ -483,6 +486,36 @@ void tst_Differential::checkEqualsMatchCharPerBrace() {
         for (Pos p = reading::find(1, text, "{"); p > 0; p = reading::find(p + 1, text, "{"))
             if (cog::matchChar(text, p) != reading::matchChar(text, p))
                 QFAIL(qPrintable(QString("matchChar at %1 in %2").arg(p).arg(shown(text))));
+    }
+}
+
+void tst_Differential::wordFromTheCaretsLineEqualsWholeText() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(8000 + family);
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        for (int q = 0; q < 6; ++q) {
+            const long caret = static_cast<long>(rng.below(text.size() + 1));
+            // The window begins at the line feed before the caret's line (or the text's start) and
+            // ends anywhere at or after the caret.
+            const auto lf =
+                caret > 0 ? text.rfind('\n', static_cast<std::size_t>(caret - 1)) : std::string::npos;
+            const long start = lf == std::string::npos ? 0 : static_cast<long>(lf);
+            const std::size_t end = std::min(text.size(), static_cast<std::size_t>(caret) + rng.below(40));
+            const std::string_view window = std::string_view(text).substr(
+                static_cast<std::size_t>(start), end - static_cast<std::size_t>(start));
+            const editor::Range fast = editor::selectWordRangeIn(window, start, caret);
+            const editor::Range plain = editor::selectWordRange(text, caret);
+            if (!(fast == plain))
+                QFAIL(qPrintable(QString("caret %1: %2+%3 from its line, %4+%5 from the text %6")
+                                     .arg(caret)
+                                     .arg(fast.start)
+                                     .arg(fast.length)
+                                     .arg(plain.start)
+                                     .arg(plain.length)
+                                     .arg(shown(text))));
+        }
     }
 }
 
