@@ -1,0 +1,555 @@
+// The fast rules must give exactly what the rules say when read literally. Each reference reading
+// below is written as plainly as the rule is stated (whole-text searches from the start, one
+// byte at a time, one replacement per step), and both are run on thousands of scripts: generated
+// ones, damaged ones (braces in every order, duplicated lines, missing or broken section lines,
+// CR without LF, truncated or empty texts) and soups of the few bytes the rules look at.
+#include "bench/cogtext.h"
+#include "cog/explorer.h"
+#include "cog/layout.h"
+#include "cog/syntaxcheck.h"
+#include "editor/findreplace.h"
+#include "editor/firstoccurrence.h"
+#include "editor/typingaids.h"
+#include "templates/template.h"
+
+#include <QtTest>
+
+#include <optional>
+#include <string>
+
+using cog::Pos;
+
+namespace reading {
+
+// find(start, hay, needle, mode): compare at every position from start on, byte by byte.
+Pos find(Pos start, std::string_view hay, std::string_view needle, cog::Mode mode = cog::Mode::Text) {
+    if (start < 1) start = 1;
+    const auto n = static_cast<Pos>(hay.size());
+    const auto m = static_cast<Pos>(needle.size());
+    if (m == 0) return start <= n ? start : 0;
+    for (Pos p = start; p + m - 1 <= n; ++p) {
+        bool same = true;
+        for (Pos k = 0; k < m && same; ++k) {
+            const auto a = static_cast<unsigned char>(hay[static_cast<std::size_t>(p - 1 + k)]);
+            const auto b = static_cast<unsigned char>(needle[static_cast<std::size_t>(k)]);
+            same = mode == cog::Mode::Exact ? a == b : cog::foldCase(a) == cog::foldCase(b);
+        }
+        if (same) return p;
+    }
+    return 0;
+}
+
+// Match Brace: select the character at the caret; unless it is "{", stop. Then the lock-step
+// loop of whole-text searches for "{" and "}".
+editor::Selection matchBrace(std::string_view text, Pos p) {
+    if (p < 0) p = 0;
+    if (p >= static_cast<Pos>(text.size())) return {p, 0};
+    if (text[static_cast<std::size_t>(p)] != '{') return {p, 1};
+    Pos o = p + 1, c = p + 1;
+    do {
+        o = find(o + 1, text, "{");
+        c = find(c + 1, text, "}");
+    } while (!(o > c || o == 0 || c == 0));
+    return c != 0 ? editor::Selection{p, c - p} : editor::Selection{p, 0};
+}
+
+struct Series {
+    std::string text;
+    Pos ipos = 0;
+    std::optional<editor::Selection> selection;
+    long replaced = 0;
+    bool ended = true; // false when the step limit was reached
+};
+
+// Replace / Replace All as a series of single steps on a text box: search from ipos, select,
+// replace the selection, search again from one after the occurrence's start.
+Series replace(std::string text, Pos ipos, std::string_view word, std::string_view replacement, bool all,
+               bool checkEdges, long stepLimit) {
+    Series s;
+    for (long step = 0;; ++step) {
+        if (step == stepLimit) {
+            s.ended = false;
+            break;
+        }
+        const Pos r = find(ipos, text, word);
+        ipos = r;
+        if (r == 0 || (checkEdges && r == 1)) break;
+        const auto at = static_cast<std::size_t>(r - 1);
+        if (!checkEdges) {
+            text.replace(at, word.size(), replacement);
+            s.selection = editor::Selection{r - 1 + static_cast<Pos>(replacement.size()), 0};
+            ++s.replaced;
+        } else {
+            // The selection of the occurrence with one character on each side, cut at the text's end.
+            const std::string sel = text.substr(at - 1, word.size() + 2);
+            if (cog::isBlank(sel.front()) && cog::isBlank(sel.back()) && sel.size() == word.size() + 2) {
+                text.replace(at - 1, sel.size(), sel.front() + std::string(replacement) + sel.back());
+                s.selection = editor::Selection{r + static_cast<Pos>(replacement.size()), 0};
+                ++s.replaced;
+            } else {
+                s.selection = editor::Selection{r - 2, static_cast<Pos>(sel.size())};
+            }
+        }
+        ipos = r + 1;
+        if (!all) break;
+    }
+    s.text = std::move(text);
+    s.ipos = ipos;
+    return s;
+}
+
+// Substring by 1-based start and length; a negative length is an error (nullopt).
+std::optional<std::string> mid(std::string_view s, Pos start, Pos length) {
+    if (length < 0) return std::nullopt;
+    return std::string(cog::mid(s, start, length));
+}
+
+// The explorer's rebuild step by step: every search from the start of the symbols body, of the
+// whole text or of the message body, every message body cut out of the text.
+cog::ExplorerResult explorer(std::string_view t, std::string_view caption) {
+    cog::ExplorerResult res;
+    cog::KeyedTree& tree = res.tree;
+    auto add = [&](std::string_view parent, const std::string& key, const std::string& text,
+                   const std::string& tag) {
+        const auto r = tree.add(parent, key, text, tag);
+        if (r == cog::KeyedTree::AddResult::Added) return true;
+        res.stop = r == cog::KeyedTree::AddResult::DuplicateKey ? cog::ExplorerResult::Stop::DuplicateKey
+                                                                : cog::ExplorerResult::Stop::Failure;
+        if (res.stop == cog::ExplorerResult::Stop::DuplicateKey) res.offendingKey = key;
+        return false;
+    };
+    auto failed = [&] {
+        res.stop = cog::ExplorerResult::Stop::Failure;
+        return res;
+    };
+    const Pos S = find(1, t, "\nsymbols"), E = find(1, t, "\nend");
+    std::vector<std::string> colMessages;
+    if (S > 0 && E > 0) {
+        const auto B = mid(t, S + 8, E - S);
+        if (!B) return failed();
+        tree.add(std::nullopt, "root", std::string(caption), "parent");
+        tree.at(1).expanded = true;
+        tree.add("root", "symbols", "symbols", "parent");
+        tree.add("root", "code", "code", "parent");
+        for (const std::string& K : cog::symbolTypes()) {
+            bool groupAdded = false;
+            Pos p = find(1, *B, "\n" + K);
+            Pos e = find(p + 1, *B, "\r");
+            while (p > 0) {
+                const auto L = mid(*B, p + 1, e - p);
+                if (!L) return failed();
+                if (cog::equalText(K, "message")) {
+                    const std::string N = cog::GetSymbolName(*L, 7);
+                    if (!add("code", N + ":", N, "message")) return res;
+                    colMessages.push_back(N + ":");
+                }
+                if (!groupAdded) {
+                    if (!add("symbols", K, K, "parent")) return res;
+                    groupAdded = true;
+                }
+                if (!add(K, *L, cog::GetSymbolName(*L, K.size()), "")) return res;
+                p = find(e + 1, *B, "\n" + K);
+                e = find(p + 1, *B, "\r");
+            }
+        }
+        for (const std::string& M : colMessages) {
+            const Pos p = find(1, t, M);
+            const Pos r = find(p + 1, t, "return;");
+            const auto body = mid(t, p + static_cast<Pos>(M.size()) + 2, r - p);
+            if (!body) return failed();
+            Pos k = find(1, *body, "//");
+            for (;;) {
+                const Pos e = find(k + 1, *body, "\r");
+                if (k == 0) break;
+                const auto comment = mid(*body, k, e - k);
+                if (!comment) return failed();
+                if (!add(M, *comment, *comment, "")) return res;
+                k = find(e + 1, *body, "//");
+            }
+        }
+    }
+    if (tree.empty()) return failed();
+    return res;
+}
+
+// MatchChar: the lock-step search for "{" and "}" after the brace at lpos.
+bool matchChar(std::string_view t, Pos lpos) {
+    Pos op = lpos, cl = lpos;
+    do {
+        op = find(op + 1, t, "{");
+        cl = find(cl + 1, t, "}");
+    } while (!(op > cl || op == 0 || cl == 0));
+    return (op != 0 && cl != 0) || op < cl;
+}
+
+// CheckCog: every "{" in turn through MatchChar, then the section lines.
+std::vector<cog::Finding> checkCog(std::string_view t, Pos K) {
+    std::vector<cog::Finding> f;
+    for (Pos b = find(1, t, "{"); b > 0; b = find(b + 1, t, "{"))
+        if (!matchChar(t, b)) f.push_back({"{ not matched", b - 1});
+    const Pos S = find(1, t, "\nsymbols"), E = find(1, t, "\nend"), cm = find(1, t, "\ncode");
+    const Pos E2 = find(E + 1, t, "\nend");
+    if (S == 0) f.push_back({"no symbols section", K});
+    if (E == 0 || (S > 0 && cm > 0 && E > cm)) f.push_back({"no end for symbols section", K});
+    if (cm == 0) f.push_back({"no code section", K});
+    if (E < cm && E2 == 0) f.push_back({"no end for code section", K});
+    return f;
+}
+
+// Generation: the header cut off as a selection, then for each row every placeholder selected
+// and replaced in the text, the next search starting after the inserted value.
+std::string generate(std::string_view bytes, long ilen, const std::vector<templates::Assignment>& rows) {
+    std::string text(bytes);
+    text.erase(0, static_cast<std::size_t>(std::clamp<long>(ilen, 0, static_cast<long>(text.size()))));
+    for (const auto& [key, value] : rows) {
+        const std::string P = "<%" + key + "%>";
+        for (Pos p = find(1, text, P); p > 0;) {
+            text.replace(static_cast<std::size_t>(p - 1), key.size() + 4, value);
+            p = find(p + static_cast<Pos>(value.size()), text, P);
+        }
+    }
+    return text;
+}
+
+} // namespace reading
+
+namespace {
+
+// Script families the cases are drawn from.
+enum class Family { Generated, Mutated, HeavilyMutated, Soup, LineEnds };
+
+std::string makeText(Family f, cogtext::Rng& rng, std::uint64_t seed) {
+    switch (f) {
+    case Family::Generated:
+        return cogtext::generateSmall(seed);
+    case Family::Mutated:
+        return cogtext::mutateMany(cogtext::generateSmall(seed), rng, 3);
+    case Family::HeavilyMutated:
+        return cogtext::mutateMany(cogtext::generateSmall(seed % 17), rng, 25);
+    case Family::Soup: {
+        static const std::string alphabet = "{}{}\r\n\n\r endENDsymbolscode:;x\t\xC4\xE4";
+        std::string t;
+        for (std::size_t i = rng.below(80); i > 0; --i) t += alphabet[rng.below(alphabet.size())];
+        return t;
+    }
+    case Family::LineEnds: { // CR without LF, LF without CR, nothing at all
+        std::string t = cogtext::generateSmall(seed);
+        for (char& c : t)
+            if (c == '\n' && rng.chance(50)) c = 'x';
+        if (rng.chance(20)) t.clear();
+        return t;
+    }
+    }
+    return {};
+}
+
+// A word to look for: a piece of the text itself (so it occurs), recased, or a keyword piece.
+std::string pickWord(const std::string& text, cogtext::Rng& rng) {
+    if (!text.empty() && rng.chance(70)) {
+        const std::size_t at = rng.below(text.size());
+        std::string w = text.substr(at, 1 + rng.below(4));
+        if (rng.chance(50))
+            for (char& c : w) c = static_cast<char>(rng.chance(50) ? std::toupper(c) : std::tolower(c));
+        return w;
+    }
+    return cogtext::keywordPieces()[rng.below(cogtext::keywordPieces().size())];
+}
+
+QString shown(const std::string& s) {
+    return QString::fromLatin1(QByteArray::fromStdString(s).toPercentEncoding(" {}:;"));
+}
+
+void families() {
+    QTest::addColumn<int>("family");
+    QTest::addColumn<int>("cases");
+    QTest::newRow("generated scripts") << int(Family::Generated) << 600;
+    QTest::newRow("scripts with a few damages") << int(Family::Mutated) << 1500;
+    QTest::newRow("scripts with many damages") << int(Family::HeavilyMutated) << 800;
+    QTest::newRow("soups of braces, line ends and keywords") << int(Family::Soup) << 3000;
+    QTest::newRow("CR without LF and empty texts") << int(Family::LineEnds) << 400;
+}
+
+} // namespace
+
+class tst_Differential : public QObject {
+    Q_OBJECT
+private slots:
+    void findEqualsBytewiseSearch_data() { families(); }
+    void findEqualsBytewiseSearch();
+    void markersFollowEveryEdit_data() { families(); }
+    void markersFollowEveryEdit();
+    void matchBraceEqualsLockStepLoop_data() { families(); }
+    void matchBraceEqualsLockStepLoop();
+    void replaceEqualsStepByStepSeries_data() { families(); }
+    void replaceEqualsStepByStepSeries();
+    void explorerEqualsStepByStepRebuild_data() { families(); }
+    void explorerEqualsStepByStepRebuild();
+    void checkEqualsMatchCharPerBrace_data() { families(); }
+    void checkEqualsMatchCharPerBrace();
+    void wordFromTheCaretsLineEqualsWholeText_data() { families(); }
+    void wordFromTheCaretsLineEqualsWholeText();
+    void generationEqualsReplacementBySelection_data() { families(); }
+    void generationEqualsReplacementBySelection();
+};
+
+void tst_Differential::findEqualsBytewiseSearch() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(1000 + family);
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        for (int q = 0; q < 8; ++q) {
+            const std::string needle = pickWord(text, rng);
+            const Pos start = static_cast<Pos>(rng.below(text.size() + 3)) - 1;
+            const auto mode = rng.chance(50) ? cog::Mode::Text : cog::Mode::Exact;
+            const Pos fast = cog::find(start, text, needle, mode);
+            const Pos plain = reading::find(start, text, needle, mode);
+            if (fast != plain)
+                QFAIL(qPrintable(QString("find(%1, %2, %3) gave %4, the reading %5")
+                                     .arg(start)
+                                     .arg(shown(text), shown(needle))
+                                     .arg(fast)
+                                     .arg(plain)));
+        }
+    }
+}
+
+void tst_Differential::markersFollowEveryEdit() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(2000 + family);
+    for (int i = 0; i < cases; ++i) {
+        std::string text = makeText(Family(family), rng, rng.next());
+        Pos tracked[3] = {reading::find(1, text, "\nsymbols"), reading::find(1, text, "\nend"),
+                          reading::find(1, text, "\ncode")};
+        static const char* const needles[3] = {"\nsymbols", "\nend", "\ncode"};
+        // A run of typing, deleting and pasting, each edit followed by the change handler.
+        for (int step = 0; step < 12; ++step) {
+            const Pos pos = static_cast<Pos>(rng.below(text.size() + 1));
+            const Pos del = static_cast<Pos>(rng.below(std::min<std::size_t>(text.size() - pos, 12) + 1));
+            std::string ins;
+            if (rng.chance(70))
+                for (std::size_t k = rng.below(3); k > 0; --k) ins += pickWord(text, rng);
+            text.replace(static_cast<std::size_t>(pos), static_cast<std::size_t>(del), ins);
+            const editor::Edit edit{pos, del, static_cast<Pos>(ins.size())};
+            const auto read = [&](Pos s, Pos n) {
+                return std::string_view(text).substr(static_cast<std::size_t>(s),
+                                                     static_cast<std::size_t>(n));
+            };
+            for (int k = 0; k < 3; ++k) {
+                tracked[k] = editor::updateFirstOccurrence(tracked[k], needles[k],
+                                                           static_cast<Pos>(text.size()), edit, read);
+                const Pos plain = reading::find(1, text, needles[k]);
+                if (tracked[k] != plain)
+                    QFAIL(qPrintable(QString("marker %1 tracked at %2, the reading finds %3 in %4")
+                                         .arg(shown(needles[k]))
+                                         .arg(tracked[k])
+                                         .arg(plain)
+                                         .arg(shown(text))));
+            }
+        }
+    }
+}
+
+void tst_Differential::matchBraceEqualsLockStepLoop() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(3000 + family);
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        // Every opening brace, and a few other carets (on other bytes, at and past the end).
+        for (Pos caret = -1; caret <= static_cast<Pos>(text.size()) + 1; ++caret) {
+            const bool onBrace = caret >= 0 && caret < static_cast<Pos>(text.size()) &&
+                                 text[static_cast<std::size_t>(caret)] == '{';
+            if (!onBrace && !rng.chance(3)) continue;
+            const editor::Selection fast = editor::matchBrace(text, caret);
+            const editor::Selection plain = reading::matchBrace(text, caret);
+            if (!(fast == plain))
+                QFAIL(qPrintable(QString("caret %1: selection %2+%3, the reading %4+%5 in %6")
+                                     .arg(caret)
+                                     .arg(fast.start)
+                                     .arg(fast.length)
+                                     .arg(plain.start)
+                                     .arg(plain.length)
+                                     .arg(shown(text))));
+        }
+    }
+}
+
+void tst_Differential::replaceEqualsStepByStepSeries() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(4000 + family);
+    int compared = 0;
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        const std::string word = pickWord(text, rng);
+        std::string replacement = rng.chance(20) ? std::string() : pickWord(text, rng);
+        if (rng.chance(15)) replacement = word + replacement;             // holds the word at its start: ends
+        if (rng.chance(10)) replacement = " " + replacement + word + " "; // holds it later: never ends
+        const bool all = rng.chance(75);
+        const bool edges = rng.chance(40);
+        const Pos ipos = rng.chance(70) ? 1 : static_cast<Pos>(rng.below(text.size() + 2));
+        const editor::ReplaceResult fast = editor::replaceSeries(text, ipos, word, replacement, all, edges);
+        const long limit = static_cast<long>(text.size()) * 2 + 16;
+        const reading::Series plain = reading::replace(text, ipos, word, replacement, all, edges, limit);
+        const bool recurs = editor::replacementRecurs(word, replacement, edges);
+        // A series the reading cannot finish is exactly one the fast rule calls never-ending.
+        QCOMPARE(!plain.ended, all && recurs && plain.replaced > 0);
+        if (!plain.ended) {
+            QVERIFY(fast.bounded);
+            continue;
+        }
+        ++compared;
+        const std::string got = editor::applyEdit(text, fast.edit);
+        if (got != plain.text || fast.ipos != plain.ipos || fast.replaced != plain.replaced ||
+            fast.selection != plain.selection)
+            QFAIL(qPrintable(QString("replace %1 by %2 from %3 (all %4, edges %5) in %6:\n got %7 (ipos %8, "
+                                     "%9 replaced)\n reading %10 (ipos %11, %12 replaced)")
+                                 .arg(shown(word), shown(replacement))
+                                 .arg(ipos)
+                                 .arg(all)
+                                 .arg(edges)
+                                 .arg(shown(text), shown(got))
+                                 .arg(fast.ipos)
+                                 .arg(fast.replaced)
+                                 .arg(shown(plain.text))
+                                 .arg(plain.ipos)
+                                 .arg(plain.replaced)));
+    }
+    QVERIFY(compared > cases / 2);
+}
+
+namespace {
+
+QString describe(const cog::KeyedTree& tree) {
+    QStringList lines;
+    for (const auto& n : tree.nodes())
+        lines << shown(n.parentKey + " > " + n.key + " | " + n.text + " | " + n.tag +
+                       (n.expanded ? " +" : ""));
+    return lines.join('\n');
+}
+
+} // namespace
+
+void tst_Differential::explorerEqualsStepByStepRebuild() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(5000 + family);
+    int complete = 0, stopped = 0;
+    for (int i = 0; i < cases; ++i) {
+        std::string text = makeText(Family(family), rng, rng.next());
+        const bool moreLabels = rng.chance(20);
+        if (moreLabels) { // labels that are also found elsewhere: in comments, inside other labels
+            const auto colon = text.find(":\r\n", rng.below(text.size() + 1));
+            if (colon != std::string::npos) {
+                const auto start = text.rfind('\n', colon);
+                const std::string label = text.substr(start + 1, colon - start);
+                text.insert(rng.below(text.size() + 1), rng.chance(50) ? "// " + label : "x" + label);
+            }
+        }
+        const cog::ExplorerResult fast = cog::buildExplorer(text, "Cog 1", cog::symbolTypes());
+        const cog::ExplorerResult plain = reading::explorer(text, "Cog 1");
+        const bool same = fast.stop == plain.stop && fast.offendingKey == plain.offendingKey &&
+                          fast.tree.nodes().size() == plain.tree.nodes().size() &&
+                          describe(fast.tree) == describe(plain.tree);
+        if (!same)
+            QFAIL(qPrintable(QString("text %1\nstop %2 (%3), the reading %4 (%5)\n%6\n-- the reading:\n%7")
+                                 .arg(shown(text))
+                                 .arg(int(fast.stop))
+                                 .arg(shown(fast.offendingKey))
+                                 .arg(int(plain.stop))
+                                 .arg(shown(plain.offendingKey))
+                                 .arg(describe(fast.tree), describe(plain.tree))));
+        if (!moreLabels) (fast.complete() ? complete : stopped) += 1;
+    }
+    if (Family(family) == Family::Generated) QCOMPARE(stopped, 0); // generated scripts are well formed
+}
+
+void tst_Differential::checkEqualsMatchCharPerBrace() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(6000 + family);
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        const Pos caret = static_cast<Pos>(rng.below(text.size() + 1));
+        const std::vector<cog::Finding> fast = cog::checkCog(text, caret);
+        const std::vector<cog::Finding> plain = reading::checkCog(text, caret);
+        if (fast != plain) {
+            QStringList a, b;
+            for (const auto& f : fast) a << QString("%1@%2").arg(f.text.c_str()).arg(f.caret);
+            for (const auto& f : plain) b << QString("%1@%2").arg(f.text.c_str()).arg(f.caret);
+            QFAIL(
+                qPrintable(QString("%1\n got %2\n reading %3").arg(shown(text), a.join(", "), b.join(", "))));
+        }
+        // The one-brace rule agrees as well, at every brace.
+        for (Pos p = reading::find(1, text, "{"); p > 0; p = reading::find(p + 1, text, "{"))
+            if (cog::matchChar(text, p) != reading::matchChar(text, p))
+                QFAIL(qPrintable(QString("matchChar at %1 in %2").arg(p).arg(shown(text))));
+    }
+}
+
+void tst_Differential::wordFromTheCaretsLineEqualsWholeText() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(8000 + family);
+    for (int i = 0; i < cases; ++i) {
+        const std::string text = makeText(Family(family), rng, rng.next());
+        for (int q = 0; q < 6; ++q) {
+            const long caret = static_cast<long>(rng.below(text.size() + 1));
+            // The window begins at the line feed before the caret's line (or the text's start) and
+            // ends anywhere at or after the caret.
+            const auto lf =
+                caret > 0 ? text.rfind('\n', static_cast<std::size_t>(caret - 1)) : std::string::npos;
+            const long start = lf == std::string::npos ? 0 : static_cast<long>(lf);
+            const std::size_t end = std::min(text.size(), static_cast<std::size_t>(caret) + rng.below(40));
+            const std::string_view window = std::string_view(text).substr(
+                static_cast<std::size_t>(start), end - static_cast<std::size_t>(start));
+            const editor::Range fast = editor::selectWordRangeIn(window, start, caret);
+            const editor::Range plain = editor::selectWordRange(text, caret);
+            if (!(fast == plain))
+                QFAIL(qPrintable(QString("caret %1: %2+%3 from its line, %4+%5 from the text %6")
+                                     .arg(caret)
+                                     .arg(fast.start)
+                                     .arg(fast.length)
+                                     .arg(plain.start)
+                                     .arg(plain.length)
+                                     .arg(shown(text))));
+        }
+    }
+}
+
+void tst_Differential::generationEqualsReplacementBySelection() {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(7000 + family);
+    static const std::vector<std::string> names{"door", "Door", "speed", "a", "x", "<%", "%>", "", "sp"};
+    for (int i = 0; i < cases; ++i) {
+        std::string body = makeText(Family(family), rng, rng.next());
+        // Placeholders of the rows, of other rows, of unknown names, broken and adjacent ones.
+        for (std::size_t k = rng.below(12); k > 0; --k) {
+            std::string ph = "<%" + names[rng.below(names.size())] + "%>";
+            if (rng.chance(20)) ph.erase(rng.below(ph.size()), 1);
+            if (rng.chance(30)) ph += ph;
+            body.insert(rng.below(body.size() + 1), ph);
+        }
+        std::vector<templates::Assignment> rows;
+        for (std::size_t k = rng.below(5); k > 0; --k) {
+            std::string value = rng.chance(30) ? std::string() : pickWord(body, rng);
+            if (rng.chance(20)) value += "<%" + names[rng.below(names.size())] + "%>"; // holds a placeholder
+            rows.emplace_back(names[rng.below(names.size())], value);
+        }
+        const std::string header = "2\r\nValue,Name\r\nend\r\n";
+        const std::string bytes = header + body;
+        const long ilen = rng.chance(80) ? static_cast<long>(header.size())
+                                         : static_cast<long>(rng.below(bytes.size() + 3)) - 1;
+        const std::string fast = templates::generate(bytes, ilen, rows);
+        const std::string plain = reading::generate(bytes, ilen, rows);
+        if (fast != plain)
+            QFAIL(
+                qPrintable(QString("%1\n got %2\n reading %3").arg(shown(bytes), shown(fast), shown(plain))));
+    }
+}
+
+QTEST_APPLESS_MAIN(tst_Differential)
+#include "tst_differential.moc"
