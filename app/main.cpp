@@ -1,8 +1,10 @@
 // Tessary: an editor for COG script files.
+#include "app/ui/KeyedTreeView.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QLocalSocket>
 #include <QPixmap>
@@ -44,6 +46,15 @@ int main(int argc, char* argv[]) {
     // program without touching the settings (used to make the picture in the README).
     const QString screenshot = qEnvironmentVariable("TESSARY_SCREENSHOT");
     if (!screenshot.isEmpty()) {
+        // TESSARY_SCREENSHOT_TREE=CogExplorer shows the explorer tree of the first window instead
+        // of the reference tree.
+        if (qEnvironmentVariable("TESSARY_SCREENSHOT_TREE") == QLatin1String("CogExplorer")) {
+            frame->cmbTvwSel->setCurrentIndex(1);
+            frame->cmbTvwSel_Click();
+            frame->cmbCog->setCurrentIndex(0);
+            frame->cmbCog_Click();
+            frame->tvwCogE->expandAll();
+        }
         QTimer::singleShot(1500, frame, [frame, screenshot] {
             const bool saved = frame->grab().save(screenshot);
             QCoreApplication::exit(saved ? 0 : 1);
