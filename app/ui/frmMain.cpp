@@ -4,6 +4,7 @@
 #include "app/ui/MRU.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/mdlTessary.h"
+#include "app/ui/twips.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/frmTessary.h"
 
@@ -30,11 +31,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-// 15 twips a pixel at the usual 96 dots per inch.
-constexpr int twips(int t) {
-    return t / 15;
-}
 
 QAction* addItem(QMenu* menu, const QString& caption, const QKeySequence& shortcut = {}) {
     QAction* action = menu->addAction(caption);

@@ -2,6 +2,7 @@
 
 #include "app/ui/frmDir.h"
 #include "app/ui/mdlTessary.h"
+#include "app/ui/twips.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -13,11 +14,6 @@
 #include <QTabBar>
 
 namespace {
-
-// 15 twips a pixel at the usual 96 dots per inch.
-constexpr int twips(int t) {
-    return t / 15;
-}
 
 constexpr int kPageTop = 480;
 constexpr int kPageWidth = 5685;

@@ -3,6 +3,7 @@
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
+#include "app/ui/twips.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/EditorFeatures.h"
 
@@ -12,15 +13,6 @@
 #include <QMdiSubWindow>
 #include <QTreeWidget>
 #include <QVBoxLayout>
-
-namespace {
-
-// 15 twips a pixel at the usual 96 dots per inch.
-constexpr int twips(int t) {
-    return t / 15;
-}
-
-} // namespace
 
 frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     txtMain = new CogTextBox(this);

@@ -3,6 +3,7 @@
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
+#include "app/ui/twips.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/frmTessary.h"
 #include "templates/template.h"
@@ -17,11 +18,6 @@
 #include <algorithm>
 
 namespace {
-
-// 15 twips a pixel at the usual 96 dots per inch.
-constexpr int twips(int t) {
-    return t / 15;
-}
 
 constexpr int kMargin = 8;
 constexpr int kButtonWidth = 120;
