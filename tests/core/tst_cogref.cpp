@@ -16,8 +16,6 @@ private slots:
     void entryNodeCarriesWholeLine();
     void find_data();
     void find();
-    void lookUpEntry_data();
-    void lookUpEntry();
     void groupTagIgnoresCase();
     void shippedReferenceLoadsCleanly();
 };
@@ -83,51 +81,40 @@ void tst_CogRef::entryNodeCarriesWholeLine() {
     const auto parts = reference::splitTag(entry.tag);
     QCOMPARE(std::string(parts.callText), std::string("Foo(a, b)"));
     QCOMPARE(std::string(parts.description), std::string("Does foo | and (more)"));
-    const auto group = reference::splitTag("parent"); // a group shows its tag
-    QCOMPARE(std::string(group.callText) + std::string(group.description), std::string("parentparent"));
 }
 
 void tst_CogRef::find_data() {
-    QTest::addColumn<QString>("findText");
-    QTest::addColumn<int>("from");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("from"); // -1: the help line's look-up of a word instead
     QTest::addColumn<int>("found");
-    QTest::newRow("lower case finds upper case") << "thingpos" << 1 << 3;
-    QTest::newRow("upper case finds lower case") << "SOUNDTH" << 1 << 6;
-    QTest::newRow("find next goes on after the last found") << "thingpos" << 4 << 4;
-    QTest::newRow("no wrap after the last match") << "thingpos" << 5 << 0;
+    QTest::newRow("lower case finds upper case") << "thingpos" << 1 << 4;
+    QTest::newRow("upper case finds lower case") << "SOUNDTH" << 1 << 7;
+    QTest::newRow("find next goes on after the last found") << "thingpos" << 5 << 5;
+    QTest::newRow("no wrap after the last match") << "thingpos" << 6 << 0;
+    QTest::newRow("groups never match") << "foo" << 1 << 10;
     QTest::newRow("a text only a group holds is not found") << "pos group" << 1 << 0;
-    QTest::newRow("empty text skips groups and empty texts") << "" << 1 << 3;
-    QTest::newRow("nothing past the last node") << "" << 9 << 0;
-    QTest::newRow("index 0 starts at the first node") << "posx" << 0 << 8;
+    QTest::newRow("empty text skips groups and empty texts") << "" << 1 << 4;
+    QTest::newRow("nothing past the last node") << "" << 11 << 0;
+    QTest::newRow("index 0 starts at the first node") << "posx" << 0 << 9;
+    QTest::newRow("look-up: letter case ignored, group of that name skipped") << "FOO" << -1 << 10;
+    QTest::newRow("look-up: a prefix is no match") << "Fo" << -1 << 0;
+    QTest::newRow("look-up: the text before the parenthesis only") << "Foo(a)" << -1 << 0;
+    QTest::newRow("look-up: empty word finds the nameless entry") << "" << -1 << 3;
 }
 
 void tst_CogRef::find() {
-    QFETCH(QString, findText);
+    QFETCH(QString, text);
     QFETCH(int, from);
     QFETCH(int, found);
-    // Nodes 1 .Things, 2 (anon) with an empty text, 3, 4, 5 .Sound, 6, 7 .Pos Group, 8.
+    // 1 .foo, 2 .Things, 3 (x) with an empty text, 4, 5, 6 .Sound, 7, 8 .Pos Group, 9, 10 Foo.
     const auto ref =
-        readCogRef("t\r\n.Things\r\n(anon)|no name\r\nGetThingPos(thing)|a\r\nSetThingPos(t, v)|b\r\n"
-                   ".Sound\r\nPlaySoundThing(s, t)|c\r\n.Pos Group\r\nPosX()|d\r\nEOF\r\n");
-    QCOMPARE(ref.tree.count(), std::size_t(8));
-    QCOMPARE(reference::findNode(ref.tree, findText.toStdString(), static_cast<std::size_t>(from)),
+        readCogRef("t\r\n.foo\r\n.Things\r\n(x)|nameless\r\nGetThingPos(thing)|a\r\nSetThingPos(t, v)|b\r\n"
+                   ".Sound\r\nPlaySoundThing(s, t)|c\r\n.Pos Group\r\nPosX()|d\r\nFoo(a)|e\r\nEOF\r\n");
+    QCOMPARE(ref.tree.count(), std::size_t(10));
+    const std::string t = text.toStdString();
+    QCOMPARE(from < 0 ? reference::lookUpEntry(ref.tree, t)
+                      : reference::findNode(ref.tree, t, static_cast<std::size_t>(from)),
              static_cast<std::size_t>(found));
-}
-
-void tst_CogRef::lookUpEntry_data() {
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<int>("found");
-    QTest::newRow("letter case ignored, group of that name skipped") << "FOO" << 3;
-    QTest::newRow("a prefix is no match") << "Fo" << 0;
-    QTest::newRow("the text before the parenthesis only") << "Foo(a)" << 0;
-    QTest::newRow("empty word finds the nameless entry") << "" << 5;
-}
-
-void tst_CogRef::lookUpEntry() {
-    QFETCH(QString, word);
-    QFETCH(int, found);
-    const auto ref = readCogRef("t\r\n.foo\r\n.G\r\nFoo(a)|Does foo\r\nBar()|b\r\n(x)|nameless\r\nEOF\r\n");
-    QCOMPARE(reference::lookUpEntry(ref.tree, word.toStdString()), static_cast<std::size_t>(found));
 }
 
 void tst_CogRef::groupTagIgnoresCase() {
