@@ -15,19 +15,10 @@ private slots:
     void cleanup();
 
     void missingReferenceEndsTheProgram();
-    void loadsGroupsCollapsed();
-    void malformedLinesAreSkipped();
-    void clickShowsDescription_data();
-    void clickShowsDescription();
-    void mouseClickAndDoubleClick();
-    void doubleClickInsertsBeforeSelection();
-    void doubleClickOnGroupInsertsNothing();
-    void doubleClickWithoutWindow();
+    void clickAndDoubleClick_data();
+    void clickAndDoubleClick();
     void findAndFindNext();
-    void findNextBeforeAnyFind();
-    void findWithoutMatchChangesNothing();
-    void collapseAndExpandAll();
-    void collapseKeepsExplorerRoot();
+    void expandAndCollapseAll();
 
 private:
     frmMain* start();
@@ -37,16 +28,11 @@ private:
 
 namespace {
 
-const QByteArray kRef = "Reference for the tests\r\n"
-                        ".foo\r\n"                               // 1
-                        ".Things\r\n"                            // 2
-                        "Foo(a)|Does foo | twice\r\n"            // 3
-                        "GetThingPos(thing)|Where it is\r\n"     // 4
-                        ".Empty\r\n"                             // 5
-                        ".Sound\r\n"                             // 6
-                        "PlaySoundThing(sound, thing)|Plays\r\n" // 7
-                        "eof\r\n"
-                        "After(x)|never read\r\n";
+// Nodes: 1 .foo, 2 .Things, 3 Foo, 4 GetThingPos, 5 .Empty, 6 .Sound, 7 PlaySoundThing.
+const QByteArray kRef =
+    "t\r\n.foo\r\n.Things\r\nFoo(a)|Does foo | twice\r\nGetThingPos(thing)|Where it is\r\n"
+    ".Empty\r\n.Sound\r\nPlaySoundThing(sound, thing)|Plays\r\neof\r\nAfter(x)|never read\r\n";
+const QStringList kGroups{"foo", "Things", "Empty", "Sound"};
 
 QString key(frmMain* f, int index) {
     return QString::fromStdString(f->tvwCog->nodeAt(static_cast<std::size_t>(index)).key);
@@ -55,6 +41,12 @@ QString key(frmMain* f, int index) {
 QString currentKey(KeyedTreeView* tree) {
     const auto k = tree->keyOf(tree->currentItem());
     return k ? QString::fromStdString(*k) : QString();
+}
+
+// The centre of node `index` in the reference tree, its group expanded.
+QPoint nodeCentre(frmMain* f, int index) {
+    f->tvwCog->setNodeExpanded("Things", true);
+    return f->tvwCog->visualItemRect(f->tvwCog->itemFor(key(f, index).toStdString())).center();
 }
 
 } // namespace
@@ -81,172 +73,101 @@ void tst_CogRefTree::missingReferenceEndsTheProgram() {
     QVERIFY(!startTessary(dialogs_));
     QVERIFY(!mdlTessary::frame());
     QCOMPARE(dialogs_.messages.size(), 1);
-    QCOMPARE(dialogs_.messages[0].text,
-             "cog.ref needs to be put in " + QDir::toNativeSeparators(dir_->path()));
-    QCOMPARE(dialogs_.messages[0].buttons, int(ui::vbOKOnly));
-    QCOMPARE(dialogs_.messages[0].icon, 0);
-    QCOMPARE(dialogs_.messages[0].title, QStringLiteral("Tessary"));
+    const auto& shown = dialogs_.messages[0];
+    QCOMPARE(shown.text, "cog.ref needs to be put in " + QDir::toNativeSeparators(dir_->path()));
+    QCOMPARE(shown.buttons, int(ui::vbOKOnly));
+    QCOMPARE(shown.icon, 0);
+    QCOMPARE(shown.title, QStringLiteral("Tessary"));
     QVERIFY(QSettings().allKeys().isEmpty());
 }
 
-void tst_CogRefTree::loadsGroupsCollapsed() {
-    frmMain* f = start();
-    QVERIFY(f);
-    QCOMPARE(f->tvwCog->count(), std::size_t(7));
-    QStringList top;
-    for (int i = 0; i < f->tvwCog->topLevelItemCount(); ++i) {
-        top << f->tvwCog->topLevelItem(i)->text(0);
-        QVERIFY(!f->tvwCog->topLevelItem(i)->isExpanded());
-    }
-    QCOMPARE(top, (QStringList{"foo", "Things", "Empty", "Sound"}));
-    QCOMPARE(f->tvwCog->itemFor("Empty")->childCount(), 0);
-    QCOMPARE(f->tvwCog->itemFor("Things")->child(0)->text(0), QStringLiteral("Foo"));
-    QCOMPARE(f->nLC, std::optional<std::string>("foo"));
-}
-
-void tst_CogRefTree::malformedLinesAreSkipped() {
-    dir_ =
-        makeProgramDirectory("t\r\nLost(x)|no group yet\r\n.G\r\nNoParen|x\r\n\r\nA(x)|d\r\nA(x)|d\r\n", {});
-    frmMain* f = start();
-    QVERIFY(f);
-    QCOMPARE(f->tvwCog->count(), std::size_t(2));
-    QCOMPARE(f->tvwCog->nodeAt(2).text, std::string("A"));
-    QVERIFY(dialogs_.messages.isEmpty());
-    // Without messages.dat the pop-up list is simply empty.
-    QCOMPARE(cogWindow(1)->lvwCogParams->topLevelItemCount(), 0);
-}
-
-void tst_CogRefTree::clickShowsDescription_data() {
+void tst_CogRefTree::clickAndDoubleClick_data() {
     QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("description");
-    QTest::newRow("entry: everything after the first bar") << 3 << "Does foo | twice";
-    QTest::newRow("group: its tag") << 2 << "parent";
+    QTest::addColumn<QString>("description"); // shown on the click
+    QTest::addColumn<int>("selLength");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<int>("caret");
+    QTest::newRow("an entry's call text goes before the selection")
+        << 3 << "Does foo | twice" << 3 << QByteArray("xFoo(a)abcy") << 7;
+    QTest::newRow("at the caret") << 4 << "Where it is" << 0 << QByteArray("xGetThingPos(thing)abcy") << 19;
+    QTest::newRow("a group inserts nothing") << 6 << "parent" << 0 << QByteArray("xabcy") << 1;
 }
 
-void tst_CogRefTree::clickShowsDescription() {
+void tst_CogRefTree::clickAndDoubleClick() {
     QFETCH(int, index);
     QFETCH(QString, description);
-    frmMain* f = start();
-    QVERIFY(f);
-    f->tvwCog_NodeClick(key(f, index).toStdString());
-    QCOMPARE(f->txtCogDesc->text(), description);
-    QCOMPARE(f->nLC, std::optional<std::string>(key(f, index).toStdString()));
-}
-
-void tst_CogRefTree::mouseClickAndDoubleClick() {
-    frmMain* f = start();
-    QVERIFY(f);
-    frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes("x");
-    w->txtMain->setSelStart(1);
-    f->tvwCog->setNodeExpanded("Things", true);
-    QTreeWidgetItem* item = f->tvwCog->itemFor("GetThingPos(thing)|Where it is");
-    const QPoint at = f->tvwCog->visualItemRect(item).center();
-    QTest::mouseClick(f->tvwCog->viewport(), Qt::LeftButton, {}, at);
-    QCOMPARE(f->txtCogDesc->text(), QStringLiteral("Where it is"));
-    QTest::mouseDClick(f->tvwCog->viewport(), Qt::LeftButton, {}, at);
-    QCOMPARE(textOf(w), QByteArray("xGetThingPos(thing)"));
-    QCOMPARE(w->txtMain->selStart(), 19L);
-}
-
-void tst_CogRefTree::doubleClickInsertsBeforeSelection() {
+    QFETCH(int, selLength);
+    QFETCH(QByteArray, after);
+    QFETCH(int, caret);
     frmMain* f = start();
     QVERIFY(f);
     frmTessary* w = cogWindow(1);
     w->txtMain->setTextBytes("xabcy");
     w->bMod = false;
     w->txtMain->setSelStart(1);
-    w->txtMain->setSelLength(3);
-    f->tvwCog_NodeClick(key(f, 3).toStdString());
-    f->tvwCog_DblClick();
-    QCOMPARE(textOf(w), QByteArray("xFoo(a)abcy"));
-    QCOMPARE(w->txtMain->selStart(), 7L);
-    QVERIFY(w->bMod);
-}
-
-void tst_CogRefTree::doubleClickOnGroupInsertsNothing() {
-    frmMain* f = start();
-    QVERIFY(f);
-    frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes("abc");
-    f->tvwCog_NodeClick("Sound");
-    f->tvwCog_DblClick();
-    QCOMPARE(textOf(w), QByteArray("abc"));
-}
-
-void tst_CogRefTree::doubleClickWithoutWindow() {
-    frmMain* f = start();
-    QVERIFY(f);
-    f->mnuFileClose_Click();
-    QCOMPARE(mdlTessary::colCogs.count(), 0);
-    f->tvwCog_NodeClick(key(f, 3).toStdString());
-    f->tvwCog_DblClick(); // nowhere to insert: nothing happens
-    QCOMPARE(f->txtCogDesc->text(), QStringLiteral("Does foo | twice"));
+    w->txtMain->setSelLength(selLength);
+    const QPoint at = nodeCentre(f, index);
+    QTest::mouseClick(f->tvwCog->viewport(), Qt::LeftButton, {}, at);
+    QCOMPARE(f->txtCogDesc->text(), description);
+    QCOMPARE(f->nLC, std::optional<std::string>(key(f, index).toStdString()));
+    QTest::mouseDClick(f->tvwCog->viewport(), Qt::LeftButton, {}, at);
+    QCOMPARE(textOf(w), after);
+    QCOMPARE(w->txtMain->selStart(), long(caret));
+    QCOMPARE(w->bMod, after != "xabcy");
 }
 
 void tst_CogRefTree::findAndFindNext() {
     frmMain* f = start();
     QVERIFY(f);
-    dialogs_.inputAnswers = {"THING", "thing"};
+    f->mnuCFFindNext_Click(); // before any Find, the empty text from node 1: the first entry
+    QCOMPARE(f->iLN, 3);
+    QCOMPARE(currentKey(f->tvwCog), key(f, 3));
+    QVERIFY(dialogs_.inputs.isEmpty());
+
+    dialogs_.inputAnswers = {"THING", "thing", "Empty", ""};
     f->mnuCFFind_Click();
     QCOMPARE(dialogs_.inputs.last(), (QStringList{"String to find", "Tessary", ""}));
     QCOMPARE(f->iLN, 4); // the group "Things" never matches
     QCOMPARE(currentKey(f->tvwCog), key(f, 4));
     QCOMPARE(f->txtCogDesc->text(), QStringLiteral("Where it is"));
     QCOMPARE(f->nLC, std::optional<std::string>(key(f, 4).toStdString()));
-
     f->mnuCFFindNext_Click();
     QCOMPARE(f->iLN, 7);
-    QCOMPARE(currentKey(f->tvwCog), key(f, 7));
     f->mnuCFFindNext_Click(); // no wrap to the top
     QCOMPARE(f->iLN, 7);
     QCOMPARE(currentKey(f->tvwCog), key(f, 7));
 
-    f->mnuCFFind_Click(); // the previous text is offered again
+    f->mnuCFFind_Click(); // the previous text is offered again; lower case finds upper case
     QCOMPARE(dialogs_.inputs.last(), (QStringList{"String to find", "Tessary", "THING"}));
-    QCOMPARE(f->strFindText, QStringLiteral("thing"));
     QCOMPARE(f->iLN, 4);
-}
-
-void tst_CogRefTree::findNextBeforeAnyFind() {
-    frmMain* f = start();
-    QVERIFY(f);
-    f->mnuCFFindNext_Click(); // empty find text from node 1: the first entry
-    QCOMPARE(f->iLN, 3);
-    QCOMPARE(currentKey(f->tvwCog), key(f, 3));
-    QVERIFY(dialogs_.inputs.isEmpty());
-}
-
-void tst_CogRefTree::findWithoutMatchChangesNothing() {
-    frmMain* f = start();
-    QVERIFY(f);
-    dialogs_.inputAnswers = {"pos", "Empty"};
-    f->mnuCFFind_Click();
-    QCOMPARE(f->iLN, 4);
-    f->mnuCFFind_Click(); // only a group holds it
+    f->mnuCFFind_Click(); // only a group holds it: nothing changes, no message
+    QCOMPARE(f->strFindText, QStringLiteral("Empty"));
     QCOMPARE(f->iLN, 4);
     QCOMPARE(currentKey(f->tvwCog), key(f, 4));
-    QCOMPARE(f->strFindText, QStringLiteral("Empty"));
     QVERIFY(dialogs_.messages.isEmpty());
     f->mnuCFFind_Click(); // Cancel: the empty text finds the first entry
     QCOMPARE(f->strFindText, QString());
     QCOMPARE(f->iLN, 3);
 }
 
-void tst_CogRefTree::collapseAndExpandAll() {
+void tst_CogRefTree::expandAndCollapseAll() {
     frmMain* f = start();
     QVERIFY(f);
+    QCOMPARE(f->tvwCog->count(), std::size_t(7)); // groups load collapsed, in file order
+    QStringList top;
+    for (int i = 0; i < f->tvwCog->topLevelItemCount(); ++i) {
+        top << f->tvwCog->topLevelItem(i)->text(0);
+        QVERIFY(!f->tvwCog->topLevelItem(i)->isExpanded());
+    }
+    QCOMPARE(top, kGroups);
     f->mnuCFExpand_Click();
-    for (const char* group : {"foo", "Things", "Empty", "Sound"}) QVERIFY(f->tvwCog->node(group)->expanded);
+    for (const QString& group : kGroups) QVERIFY(f->tvwCog->node(group.toStdString())->expanded);
     QVERIFY(f->tvwCog->itemFor("Things")->isExpanded());
     f->mnuCFCollapse_Click();
-    for (const char* group : {"foo", "Things", "Empty", "Sound"}) QVERIFY(!f->tvwCog->node(group)->expanded);
+    for (const QString& group : kGroups) QVERIFY(!f->tvwCog->node(group.toStdString())->expanded);
     QVERIFY(!f->tvwCog->itemFor("Sound")->isExpanded());
-}
 
-void tst_CogRefTree::collapseKeepsExplorerRoot() {
-    frmMain* f = start();
-    QVERIFY(f);
+    // On the explorer the menu acts there, and Collapse All keeps "root" open.
     KeyedTreeView* e = f->tvwCogE;
     e->clearNodes();
     e->addNode(std::nullopt, "root", "Cog 1", "parent");
@@ -263,12 +184,6 @@ void tst_CogRefTree::collapseKeepsExplorerRoot() {
     QVERIFY(e->node("root")->expanded);
     QVERIFY(!e->node("Messages")->expanded);
     QVERIFY(!e->node("startup")->expanded);
-
-    dialogs_.inputAnswers = {"HELLO"};
-    f->mnuCFFind_Click(); // finds in the explorer, not in the reference
-    QCOMPARE(f->iLN, 4);
-    QCOMPARE(f->nLCE, std::optional<std::string>("c1"));
-    QCOMPARE(currentKey(e), QStringLiteral("c1"));
 }
 
 QTEST_MAIN(tst_CogRefTree)

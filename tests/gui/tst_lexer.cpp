@@ -19,12 +19,9 @@ private slots:
     void init();
     void cleanup();
 
-    void styleInSampleFile_data();
-    void styleInSampleFile();
-    void restyleAfterEdit_data();
-    void restyleAfterEdit();
+    void styleBeforeAndAfterEdits_data();
+    void styleBeforeAndAfterEdits();
     void randomEditsMatchAFullRestyle();
-    void newVerbNamesRestyleTheText();
     void verbsComeFromTheLoadedReference();
 
 private:
@@ -36,37 +33,24 @@ namespace {
 
 const std::vector<std::string> sampleVerbs{"GetSenderRef", "MoveToFrame", "Print"};
 
-// Styles what is not styled yet, to the end of the text, as drawing it would.
-void styleToEnd(CogTextBox* box) {
+// The style at position once all is styled to the end of the text, as drawing it would.
+int styleAt(CogTextBox* box, long position) {
     const long styled = box->SendScintilla(QsciScintillaBase::SCI_GETENDSTYLED);
     box->SendScintilla(QsciScintillaBase::SCI_COLOURISE, static_cast<unsigned long>(styled), -1L);
-}
-
-CogStyle styleAt(CogTextBox* box, long position) {
-    styleToEnd(box);
-    return static_cast<CogStyle>(
-        box->SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, static_cast<unsigned long>(position)));
+    return int(box->SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, static_cast<unsigned long>(position)));
 }
 
 // Scintilla's styles of the whole text next to the rules applied to the whole text afresh.
 void compareWithFullStyling(CogTextBox* box) {
-    styleToEnd(box);
     const std::string_view text = box->bytes();
-    std::string expected(text.size(), '\0');
+    QByteArray expected(qsizetype(text.size()), '\0'), held;
     editor::CogWords words;
     words.setVerbs(sampleVerbs);
     editor::styleCogText(text, words, reinterpret_cast<unsigned char*>(expected.data()));
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto held =
-            box->SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, static_cast<unsigned long>(i));
-        if (held != static_cast<unsigned char>(expected[i]))
-            QFAIL(
-                qPrintable(QStringLiteral("style %1 instead of %2 at %3 in:\n%4")
-                               .arg(held)
-                               .arg(int(expected[i]))
-                               .arg(i)
-                               .arg(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())))));
-    }
+    styleAt(box, 0);
+    for (std::size_t i = 0; i < text.size(); ++i)
+        held += char(box->SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, static_cast<unsigned long>(i)));
+    QVERIFY2(held == expected, std::string(text).c_str());
 }
 
 } // namespace
@@ -89,74 +73,53 @@ void tst_Lexer::cleanup() {
     CogLexer::setSharedVerbs({});
 }
 
-void tst_Lexer::styleInSampleFile_data() {
-    QTest::addColumn<QByteArray>("needle");
-    QTest::addColumn<int>("offset"); // into the needle
-    QTest::addColumn<CogStyle>("style");
-    QTest::newRow("comment line") << QByteArray("# Opens") << 3 << CogStyle::Comment;
-    QTest::newRow("comment after code") << QByteArray("// move it") << 5 << CogStyle::Comment;
-    QTest::newRow("section word") << QByteArray("symbols") << 0 << CogStyle::Section;
-    QTest::newRow("type keyword") << QByteArray("thing ") << 2 << CogStyle::Type;
-    QTest::newRow("flow keyword") << QByteArray("else") << 0 << CogStyle::Flow;
-    QTest::newRow("verb") << QByteArray("MoveToFrame") << 4 << CogStyle::Verb;
-    QTest::newRow("string with a comment sign") << QByteArray("\"Door #1") << 6 << CogStyle::String;
-    QTest::newRow("decimal number") << QByteArray("2.5") << 1 << CogStyle::Number;
-    QTest::newRow("hexadecimal number") << QByteArray("0x1F") << 3 << CogStyle::Number;
-    QTest::newRow("message label") << QByteArray("reset:") << 5 << CogStyle::Label;
-    QTest::newRow("plain name") << QByteArray("door)") << 1 << CogStyle::Default;
-}
-
-void tst_Lexer::styleInSampleFile() {
-    QFETCH(QByteArray, needle);
-    QFETCH(int, offset);
-    QFETCH(CogStyle, style);
-    const long at = sample_.indexOf(needle);
-    QVERIFY(at >= 0);
-    QCOMPARE(int(styleAt(window_->txtMain, at + offset)), int(style));
-}
-
-void tst_Lexer::restyleAfterEdit_data() {
-    QTest::addColumn<QByteArray>("at");       // the edit goes before the first occurrence of this
+void tst_Lexer::styleBeforeAndAfterEdits_data() {
+    QTest::addColumn<QByteArray>("at");       // an edit goes before the first occurrence of this, if any
     QTest::addColumn<int>("deleted");         // bytes removed there
     QTest::addColumn<QByteArray>("inserted"); // bytes put there
-    QTest::addColumn<QByteArray>("probe");    // checked in the edited text
+    QTest::addColumn<QByteArray>("probe");    // its bytes but blanks checked in the (edited) text
     QTest::addColumn<CogStyle>("style");
-    QTest::newRow("typing inside a comment keeps it a comment")
-        << QByteArray("the switch") << 0 << QByteArray("if ") << QByteArray("if the switch")
-        << CogStyle::Comment;
-    QTest::newRow("removing the comment sign uncomments the line")
-        << QByteArray("# Opens") << 1 << QByteArray() << QByteArray("when") << CogStyle::Default;
-    QTest::newRow("a comment sign comments out the rest of the line")
-        << QByteArray("count = 0;") << 0 << QByteArray("// ") << QByteArray("count = 0;")
-        << CogStyle::Comment;
-    QTest::newRow("a line break inside a comment ends it")
-        << QByteArray(" move it") << 0 << QByteArray("\r\n") << QByteArray("move it") << CogStyle::Default;
-    QTest::newRow("joining a line to a comment comments it")
-        << QByteArray("\r\n        Print") << 2 << QByteArray(" ") << QByteArray("Print(\"Door")
-        << CogStyle::Comment;
-    QTest::newRow("an opening quote turns the rest of the line into a string")
-        << QByteArray("speed); //") << 0 << QByteArray("\"") << QByteArray("speed);") << CogStyle::String;
-    QTest::newRow("closing the quote ends the string before the comment")
-        << QByteArray("Door #1") << 4 << QByteArray("\"") << QByteArray("#1 opens") << CogStyle::Comment;
-    QTest::newRow("a new label line")
-        << QByteArray("reset:") << 0 << QByteArray("pulse:\r\n") << QByteArray("pulse:") << CogStyle::Label;
+    const auto row = [](const char* name, const QByteArray& at, int deleted, const QByteArray& inserted,
+                        const QByteArray& probe, CogStyle style) {
+        QTest::newRow(name) << at << deleted << inserted << probe << style;
+    };
+    const auto unedited = [&](const char* name, const QByteArray& probe, CogStyle style) {
+        row(name, {}, 0, {}, probe, style);
+    };
+    unedited("comment line", "# Opens the", CogStyle::Comment);
+    unedited("section word", "symbols", CogStyle::Section);
+    unedited("type keyword", "thing", CogStyle::Type);
+    unedited("verb", "MoveToFrame", CogStyle::Verb);
+    unedited("string with a comment sign", "\"Door #1 opens\"", CogStyle::String);
+    unedited("hexadecimal number", "0x1F", CogStyle::Number);
+    unedited("message label", "reset:", CogStyle::Label);
+    unedited("plain name", "count", CogStyle::Default);
+    row("typing inside a comment keeps it a comment", "the switch", 0, "if ", "if the switch",
+        CogStyle::Comment);
+    row("removing the comment sign uncomments the line", "# Opens", 1, {}, "when", CogStyle::Default);
+    row("a comment sign comments out the rest of the line", "count = 0;", 0, "// ", "count = 0;",
+        CogStyle::Comment);
+    row("a line break inside a comment ends it", " move it", 0, "\r\n", "move it", CogStyle::Default);
+    row("joining a line to a comment comments it", "\r\n        Print", 2, " ", "Print(\"Door",
+        CogStyle::Comment);
+    row("closing the quote ends the string before the comment", "Door #1", 4, "\"", "#1 opens",
+        CogStyle::Comment);
 }
 
-void tst_Lexer::restyleAfterEdit() {
+void tst_Lexer::styleBeforeAndAfterEdits() {
     QFETCH(QByteArray, at);
     QFETCH(int, deleted);
     QFETCH(QByteArray, inserted);
     QFETCH(QByteArray, probe);
     QFETCH(CogStyle, style);
     CogTextBox* box = window_->txtMain;
-    styleToEnd(box); // all styled before the edit
-    const long position = sample_.indexOf(at);
-    QVERIFY(position >= 0);
-    box->replaceRange(position, deleted, inserted);
+    styleAt(box, 0); // all styled before the edit
+    QVERIFY(sample_.contains(at));
+    if (!at.isEmpty()) box->replaceRange(sample_.indexOf(at), deleted, inserted);
     const long probeAt = box->textBytes().indexOf(probe);
     QVERIFY(probeAt >= 0);
     for (long i = probeAt; i < probeAt + probe.size(); ++i)
-        if (box->bytes()[static_cast<std::size_t>(i)] != ' ') QCOMPARE(int(styleAt(box, i)), int(style));
+        if (box->bytes()[static_cast<std::size_t>(i)] != ' ') QCOMPARE(styleAt(box, i), int(style));
     compareWithFullStyling(box);
 }
 
@@ -167,36 +130,16 @@ void tst_Lexer::randomEditsMatchAFullRestyle() {
                                    "thing ",   "end",    "0x1F", ":",    "Print", "// c\r\n",
                                    "\r\n\r\n", "a:\r\n", "2.5",  "\r",   "\n"};
     std::mt19937 random(12345);
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 300 && !QTest::currentTestFailed(); ++round) {
         const long length = box->textLength();
         const long position = std::uniform_int_distribution<long>(0, length)(random);
-        if (random() % 3 == 0) {
-            const long deleted =
-                std::min(length - position, std::uniform_int_distribution<long>(1, 12)(random));
-            box->replaceRange(position, deleted, QByteArray());
-        } else {
-            const QByteArray piece = pieces[static_cast<qsizetype>(random() % pieces.size())];
-            box->replaceRange(position, 0, piece);
-        }
+        if (random() % 3 == 0)
+            box->replaceRange(position, std::min(length - position, long(random() % 12 + 1)), QByteArray());
+        else
+            box->replaceRange(position, 0, pieces[static_cast<qsizetype>(random() % pieces.size())]);
         if (random() % 4 == 0) compareWithFullStyling(box);
-        if (QTest::currentTestFailed()) return;
     }
     compareWithFullStyling(box);
-}
-
-void tst_Lexer::newVerbNamesRestyleTheText() {
-    CogTextBox* box = window_->txtMain;
-    const long at = sample_.indexOf("MoveToFrame");
-    QCOMPARE(int(styleAt(box, at)), int(CogStyle::Verb));
-    CogLexer::setSharedVerbs({"movetoframe", "stop"});
-    QCOMPARE(int(styleAt(box, sample_.indexOf("Print("))), int(CogStyle::Default));
-    QCOMPARE(int(styleAt(box, at)), int(CogStyle::Verb));
-    QCOMPARE(int(styleAt(box, sample_.indexOf("stop;"))), int(CogStyle::Flow));
-    // A window opened later colours with the same names.
-    frmTessary later;
-    later.txtMain->setTextBytes("Print(x); MoveToFrame(d, 1, 2);");
-    QCOMPARE(int(styleAt(later.txtMain, 0)), int(CogStyle::Default));
-    QCOMPARE(int(styleAt(later.txtMain, 10)), int(CogStyle::Verb));
 }
 
 void tst_Lexer::verbsComeFromTheLoadedReference() {
@@ -204,12 +147,14 @@ void tst_Lexer::verbsComeFromTheLoadedReference() {
     ScriptedDialogs dialogs;
     QVERIFY(startTessary(dialogs));
     CogTextBox* box = cogWindow(1)->txtMain;
-    const QByteArray text = "sleep(0.5);\r\nMoveToFrame(d, 1, 2);\r\nNoSuchVerb(1);\r\nGetSenderRef();\r\n";
-    box->setTextBytes(text);
-    QCOMPARE(int(styleAt(box, text.indexOf("sleep"))), int(CogStyle::Verb));
-    QCOMPARE(int(styleAt(box, text.indexOf("MoveToFrame"))), int(CogStyle::Verb));
-    QCOMPARE(int(styleAt(box, text.indexOf("GetSenderRef"))), int(CogStyle::Verb));
-    QCOMPARE(int(styleAt(box, text.indexOf("NoSuchVerb"))), int(CogStyle::Default));
+    box->setTextBytes("sleep(0.5);\r\nMoveToFrame(d, 1, 2);\r\nNoSuchVerb(1);\r\n");
+    QCOMPARE(styleAt(box, 0), int(CogStyle::Verb));
+    QCOMPARE(styleAt(box, 13), int(CogStyle::Verb));
+    QCOMPARE(styleAt(box, 36), int(CogStyle::Default));
+    CogLexer::setSharedVerbs({"nosuchverb", "sleep"}); // new names restyle the text shown
+    QCOMPARE(styleAt(box, 13), int(CogStyle::Default));
+    QCOMPARE(styleAt(box, 36), int(CogStyle::Verb));
+    QCOMPARE(styleAt(box, 0), int(CogStyle::Verb));
     stopTessary();
 }
 
