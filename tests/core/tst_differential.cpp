@@ -14,6 +14,7 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -23,34 +24,40 @@ namespace reading {
 
 // find(start, hay, needle, mode): compare at every position from start on, byte by byte.
 Pos find(Pos start, std::string_view hay, std::string_view needle, cog::Mode mode = cog::Mode::Text) {
-    if (start < 1) start = 1;
-    const auto n = static_cast<Pos>(hay.size());
-    const auto m = static_cast<Pos>(needle.size());
+    start = std::max<Pos>(start, 1);
+    const auto n = static_cast<Pos>(hay.size()), m = static_cast<Pos>(needle.size());
     if (m == 0) return start <= n ? start : 0;
-    for (Pos p = start; p + m - 1 <= n; ++p) {
-        bool same = true;
-        for (Pos k = 0; k < m && same; ++k) {
-            const auto a = static_cast<unsigned char>(hay[static_cast<std::size_t>(p - 1 + k)]);
-            const auto b = static_cast<unsigned char>(needle[static_cast<std::size_t>(k)]);
-            same = mode == cog::Mode::Exact ? a == b : cog::foldCase(a) == cog::foldCase(b);
-        }
-        if (same) return p;
-    }
+    const auto same = [mode](unsigned char a, unsigned char b) {
+        return mode == cog::Mode::Exact ? a == b : cog::foldCase(a) == cog::foldCase(b);
+    };
+    for (Pos p = start; p + m - 1 <= n; ++p)
+        if (std::equal(needle.begin(), needle.end(), hay.begin() + (p - 1), same)) return p;
     return 0;
 }
 
-// Match Brace: select the character at the caret; unless it is "{", stop. Then the lock-step
-// loop of whole-text searches for "{" and "}".
+// The lock-step loop of whole-text searches for "{" and "}" after the brace at 1-based at.
+std::pair<Pos, Pos> lockStep(std::string_view t, Pos at) {
+    Pos o = at, c = at;
+    do {
+        o = find(o + 1, t, "{");
+        c = find(c + 1, t, "}");
+    } while (!(o > c || o == 0 || c == 0));
+    return {o, c};
+}
+
+// Match Brace: select the character at the caret; unless it is "{", stop; else the lock step.
 editor::Selection matchBrace(std::string_view text, Pos p) {
-    if (p < 0) p = 0;
+    p = std::max<Pos>(p, 0);
     if (p >= static_cast<Pos>(text.size())) return {p, 0};
     if (text[static_cast<std::size_t>(p)] != '{') return {p, 1};
-    Pos o = p + 1, c = p + 1;
-    do {
-        o = find(o + 1, text, "{");
-        c = find(c + 1, text, "}");
-    } while (!(o > c || o == 0 || c == 0));
-    return c != 0 ? editor::Selection{p, c - p} : editor::Selection{p, 0};
+    const Pos c = lockStep(text, p + 1).second;
+    return {p, c != 0 ? c - p : 0};
+}
+
+// MatchChar: the lock step after the brace at lpos.
+bool matchChar(std::string_view t, Pos lpos) {
+    const auto [o, c] = lockStep(t, lpos);
+    return (o != 0 && c != 0) || o < c;
 }
 
 struct Series {
@@ -63,28 +70,24 @@ struct Series {
 
 // Replace / Replace All as a series of single steps on a text box: search from ipos, select,
 // replace the selection, search again from one after the occurrence's start.
-Series replace(std::string text, Pos ipos, std::string_view word, std::string_view replacement, bool all,
-               bool checkEdges, long stepLimit) {
+Series replace(std::string text, Pos ipos, std::string_view word, std::string_view by, bool all, bool edges,
+               long stepLimit) {
     Series s;
-    for (long step = 0;; ++step) {
-        if (step == stepLimit) {
-            s.ended = false;
-            break;
-        }
-        const Pos r = find(ipos, text, word);
-        ipos = r;
-        if (r == 0 || (checkEdges && r == 1)) break;
+    const auto w = static_cast<Pos>(word.size()), b = static_cast<Pos>(by.size());
+    for (long step = 0; (s.ended = step < stepLimit); ++step) {
+        const Pos r = ipos = find(ipos, text, word);
+        if (r == 0 || (edges && r == 1)) break;
         const auto at = static_cast<std::size_t>(r - 1);
-        if (!checkEdges) {
-            text.replace(at, word.size(), replacement);
-            s.selection = editor::Selection{r - 1 + static_cast<Pos>(replacement.size()), 0};
+        if (!edges) {
+            text.replace(at, word.size(), by);
+            s.selection = editor::Selection{r - 1 + b, 0};
             ++s.replaced;
-        } else {
-            // The selection of the occurrence with one character on each side, cut at the text's end.
+        } else { // the occurrence with one character on each side, cut at the text's end
             const std::string sel = text.substr(at - 1, word.size() + 2);
-            if (cog::isBlank(sel.front()) && cog::isBlank(sel.back()) && sel.size() == word.size() + 2) {
-                text.replace(at - 1, sel.size(), sel.front() + std::string(replacement) + sel.back());
-                s.selection = editor::Selection{r + static_cast<Pos>(replacement.size()), 0};
+            if (cog::isBlank(sel.front()) && cog::isBlank(sel.back()) &&
+                static_cast<Pos>(sel.size()) == w + 2) {
+                text.replace(at - 1, sel.size(), sel.front() + std::string(by) + sel.back());
+                s.selection = editor::Selection{r + b, 0};
                 ++s.replaced;
             } else {
                 s.selection = editor::Selection{r - 2, static_cast<Pos>(sel.size())};
@@ -107,19 +110,20 @@ std::optional<std::string> mid(std::string_view s, Pos start, Pos length) {
 // The explorer's rebuild step by step: every search from the start of the symbols body, of the
 // whole text or of the message body, every message body cut out of the text.
 cog::ExplorerResult explorer(std::string_view t, std::string_view caption) {
+    using Stop = cog::ExplorerResult::Stop;
     cog::ExplorerResult res;
     cog::KeyedTree& tree = res.tree;
     auto add = [&](std::string_view parent, const std::string& key, const std::string& text,
                    const std::string& tag) {
         const auto r = tree.add(parent, key, text, tag);
-        if (r == cog::KeyedTree::AddResult::Added) return true;
-        res.stop = r == cog::KeyedTree::AddResult::DuplicateKey ? cog::ExplorerResult::Stop::DuplicateKey
-                                                                : cog::ExplorerResult::Stop::Failure;
-        if (res.stop == cog::ExplorerResult::Stop::DuplicateKey) res.offendingKey = key;
-        return false;
+        if (r == cog::KeyedTree::AddResult::DuplicateKey) res.offendingKey = key;
+        res.stop = r == cog::KeyedTree::AddResult::Added          ? Stop::None
+                   : r == cog::KeyedTree::AddResult::DuplicateKey ? Stop::DuplicateKey
+                                                                  : Stop::Failure;
+        return res.stop == Stop::None;
     };
     auto failed = [&] {
-        res.stop = cog::ExplorerResult::Stop::Failure;
+        res.stop = Stop::Failure;
         return res;
     };
     const Pos S = find(1, t, "\nsymbols"), E = find(1, t, "\nend");
@@ -133,9 +137,8 @@ cog::ExplorerResult explorer(std::string_view t, std::string_view caption) {
         tree.add("root", "code", "code", "parent");
         for (const std::string& K : cog::symbolTypes()) {
             bool groupAdded = false;
-            Pos p = find(1, *B, "\n" + K);
-            Pos e = find(p + 1, *B, "\r");
-            while (p > 0) {
+            for (Pos p = find(1, *B, "\n" + K), e = find(p + 1, *B, "\r"); p > 0;
+                 p = find(e + 1, *B, "\n" + K), e = find(p + 1, *B, "\r")) {
                 const auto L = mid(*B, p + 1, e - p);
                 if (!L) return failed();
                 if (cog::equalText(K, "message")) {
@@ -143,43 +146,24 @@ cog::ExplorerResult explorer(std::string_view t, std::string_view caption) {
                     if (!add("code", N + ":", N, "message")) return res;
                     colMessages.push_back(N + ":");
                 }
-                if (!groupAdded) {
-                    if (!add("symbols", K, K, "parent")) return res;
-                    groupAdded = true;
-                }
+                if (!groupAdded && !add("symbols", K, K, "parent")) return res;
+                groupAdded = true;
                 if (!add(K, *L, cog::GetSymbolName(*L, K.size()), "")) return res;
-                p = find(e + 1, *B, "\n" + K);
-                e = find(p + 1, *B, "\r");
             }
         }
         for (const std::string& M : colMessages) {
-            const Pos p = find(1, t, M);
-            const Pos r = find(p + 1, t, "return;");
+            const Pos p = find(1, t, M), r = find(p + 1, t, "return;");
             const auto body = mid(t, p + static_cast<Pos>(M.size()) + 2, r - p);
             if (!body) return failed();
-            Pos k = find(1, *body, "//");
-            for (;;) {
-                const Pos e = find(k + 1, *body, "\r");
-                if (k == 0) break;
+            for (Pos k = find(1, *body, "//"), e = find(k + 1, *body, "\r"); k != 0;
+                 k = find(e + 1, *body, "//"), e = find(k + 1, *body, "\r")) {
                 const auto comment = mid(*body, k, e - k);
                 if (!comment) return failed();
                 if (!add(M, *comment, *comment, "")) return res;
-                k = find(e + 1, *body, "//");
             }
         }
     }
-    if (tree.empty()) return failed();
-    return res;
-}
-
-// MatchChar: the lock-step search for "{" and "}" after the brace at lpos.
-bool matchChar(std::string_view t, Pos lpos) {
-    Pos op = lpos, cl = lpos;
-    do {
-        op = find(op + 1, t, "{");
-        cl = find(cl + 1, t, "}");
-    } while (!(op > cl || op == 0 || cl == 0));
-    return (op != 0 && cl != 0) || op < cl;
+    return tree.empty() ? failed() : res;
 }
 
 // CheckCog: every "{" in turn through MatchChar, then the section lines.
@@ -203,10 +187,8 @@ std::string generate(std::string_view bytes, long ilen, const std::vector<templa
     text.erase(0, static_cast<std::size_t>(std::clamp<long>(ilen, 0, static_cast<long>(text.size()))));
     for (const auto& [key, value] : rows) {
         const std::string P = "<%" + key + "%>";
-        for (Pos p = find(1, text, P); p > 0;) {
-            text.replace(static_cast<std::size_t>(p - 1), key.size() + 4, value);
-            p = find(p + static_cast<Pos>(value.size()), text, P);
-        }
+        for (Pos p = find(1, text, P); p > 0; p = find(p + static_cast<Pos>(value.size()), text, P))
+            text.replace(static_cast<std::size_t>(p - 1), P.size(), value);
     }
     return text;
 }
@@ -246,8 +228,7 @@ std::string makeText(Family f, cogtext::Rng& rng, std::uint64_t seed) {
 // A word to look for: a piece of the text itself (so it occurs), recased, or a keyword piece.
 std::string pickWord(const std::string& text, cogtext::Rng& rng) {
     if (!text.empty() && rng.chance(70)) {
-        const std::size_t at = rng.below(text.size());
-        std::string w = text.substr(at, 1 + rng.below(4));
+        std::string w = text.substr(rng.below(text.size()), 1 + rng.below(4));
         if (rng.chance(50))
             for (char& c : w) c = static_cast<char>(rng.chance(50) ? std::toupper(c) : std::tolower(c));
         return w;
@@ -255,8 +236,46 @@ std::string pickWord(const std::string& text, cogtext::Rng& rng) {
     return cogtext::keywordPieces()[rng.below(cogtext::keywordPieces().size())];
 }
 
-QString shown(const std::string& s) {
+// Texts for failure messages: bytes percent-encoded, numbers, selections as start+length.
+QString str(const std::string& s) {
     return QString::fromLatin1(QByteArray::fromStdString(s).toPercentEncoding(" {}:;"));
+}
+QString str(long v) {
+    return QString::number(v);
+}
+template <typename R>
+requires requires(R r) {
+    r.length;
+}
+QString str(const R& r) {
+    return str(r.start) + '+' + str(r.length);
+}
+QString str(const cog::KeyedTree& tree) {
+    QStringList lines;
+    for (const auto& n : tree.nodes())
+        lines << str(n.parentKey + " > " + n.key + " | " + n.text + " | " + n.tag + (n.expanded ? " +" : ""));
+    return lines.join('\n');
+}
+QString str(const std::vector<cog::Finding>& findings) {
+    QStringList l;
+    for (const auto& f : findings) l << str(f.text) + '@' + str(f.caret);
+    return l.join(", ");
+}
+template <typename... A> QString say(const char* format, const A&... a) {
+    return QString::fromLatin1(format).arg(str(a)...);
+}
+
+// Fails the test, with the message built only then, when the fast rule and the reading differ.
+#define SAME(fast, plain, message)                                                                           \
+    if (!((fast) == (plain))) QFAIL(qPrintable(message))
+
+// Runs fn on every text of the row's family, stopping at the first failure.
+template <typename Fn> void forEachText(int seed, Fn fn) {
+    QFETCH(int, family);
+    QFETCH(int, cases);
+    cogtext::Rng rng(static_cast<std::uint64_t>(seed + family));
+    for (int i = 0; i < cases && !QTest::currentTestFailed(); ++i)
+        fn(makeText(Family(family), rng, rng.next()), rng);
 }
 
 void families() {
@@ -293,45 +312,34 @@ private slots:
 };
 
 void tst_Differential::findEqualsBytewiseSearch() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(1000 + family);
-    for (int i = 0; i < cases; ++i) {
-        const std::string text = makeText(Family(family), rng, rng.next());
+    forEachText(1000, [](const std::string& text, cogtext::Rng& rng) {
         for (int q = 0; q < 8; ++q) {
             const std::string needle = pickWord(text, rng);
             const Pos start = static_cast<Pos>(rng.below(text.size() + 3)) - 1;
             const auto mode = rng.chance(50) ? cog::Mode::Text : cog::Mode::Exact;
-            const Pos fast = cog::find(start, text, needle, mode);
-            const Pos plain = reading::find(start, text, needle, mode);
-            if (fast != plain)
-                QFAIL(qPrintable(QString("find(%1, %2, %3) gave %4, the reading %5")
-                                     .arg(start)
-                                     .arg(shown(text), shown(needle))
-                                     .arg(fast)
-                                     .arg(plain)));
+            const Pos fast = cog::find(start, text, needle, mode),
+                      plain = reading::find(start, text, needle, mode);
+            SAME(fast, plain,
+                 say("find(%1, %2, %3) gave %4, the reading %5", start, text, needle, fast, plain));
         }
-    }
+    });
 }
 
 void tst_Differential::markersFollowEveryEdit() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(2000 + family);
-    for (int i = 0; i < cases; ++i) {
-        std::string text = makeText(Family(family), rng, rng.next());
-        Pos tracked[3] = {reading::find(1, text, "\nsymbols"), reading::find(1, text, "\nend"),
-                          reading::find(1, text, "\ncode")};
-        static const char* const needles[3] = {"\nsymbols", "\nend", "\ncode"};
+    forEachText(2000, [](std::string text, cogtext::Rng& rng) {
+        static const std::string needles[3] = {"\nsymbols", "\nend", "\ncode"};
+        Pos tracked[3];
+        for (int k = 0; k < 3; ++k) tracked[k] = reading::find(1, text, needles[k]);
         // A run of typing, deleting and pasting, each edit followed by the change handler.
         for (int step = 0; step < 12; ++step) {
-            const Pos pos = static_cast<Pos>(rng.below(text.size() + 1));
-            const Pos del = static_cast<Pos>(rng.below(std::min<std::size_t>(text.size() - pos, 12) + 1));
+            const auto pos = rng.below(text.size() + 1);
+            const auto del = rng.below(std::min<std::size_t>(text.size() - pos, 12) + 1);
             std::string ins;
             if (rng.chance(70))
                 for (std::size_t k = rng.below(3); k > 0; --k) ins += pickWord(text, rng);
-            text.replace(static_cast<std::size_t>(pos), static_cast<std::size_t>(del), ins);
-            const editor::Edit edit{pos, del, static_cast<Pos>(ins.size())};
+            text.replace(pos, del, ins);
+            const editor::Edit edit{static_cast<Pos>(pos), static_cast<Pos>(del),
+                                    static_cast<Pos>(ins.size())};
             const auto read = [&](Pos s, Pos n) {
                 return std::string_view(text).substr(static_cast<std::size_t>(s),
                                                      static_cast<std::size_t>(n));
@@ -340,105 +348,63 @@ void tst_Differential::markersFollowEveryEdit() {
                 tracked[k] = editor::updateFirstOccurrence(tracked[k], needles[k],
                                                            static_cast<Pos>(text.size()), edit, read);
                 const Pos plain = reading::find(1, text, needles[k]);
-                if (tracked[k] != plain)
-                    QFAIL(qPrintable(QString("marker %1 tracked at %2, the reading finds %3 in %4")
-                                         .arg(shown(needles[k]))
-                                         .arg(tracked[k])
-                                         .arg(plain)
-                                         .arg(shown(text))));
+                SAME(tracked[k], plain,
+                     say("marker %1 tracked at %2, the reading finds %3 in %4", needles[k], tracked[k], plain,
+                         text));
             }
         }
-    }
+    });
 }
 
 void tst_Differential::matchBraceEqualsLockStepLoop() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(3000 + family);
-    for (int i = 0; i < cases; ++i) {
-        const std::string text = makeText(Family(family), rng, rng.next());
+    forEachText(3000, [](const std::string& text, cogtext::Rng& rng) {
         // Every opening brace, and a few other carets (on other bytes, at and past the end).
         for (Pos caret = -1; caret <= static_cast<Pos>(text.size()) + 1; ++caret) {
             const bool onBrace = caret >= 0 && caret < static_cast<Pos>(text.size()) &&
                                  text[static_cast<std::size_t>(caret)] == '{';
             if (!onBrace && !rng.chance(3)) continue;
-            const editor::Selection fast = editor::matchBrace(text, caret);
-            const editor::Selection plain = reading::matchBrace(text, caret);
-            if (!(fast == plain))
-                QFAIL(qPrintable(QString("caret %1: selection %2+%3, the reading %4+%5 in %6")
-                                     .arg(caret)
-                                     .arg(fast.start)
-                                     .arg(fast.length)
-                                     .arg(plain.start)
-                                     .arg(plain.length)
-                                     .arg(shown(text))));
+            const editor::Selection fast = editor::matchBrace(text, caret),
+                                    plain = reading::matchBrace(text, caret);
+            SAME(fast, plain, say("caret %1: selection %2, the reading %3 in %4", caret, fast, plain, text));
         }
-    }
+    });
 }
 
 void tst_Differential::replaceEqualsStepByStepSeries() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(4000 + family);
-    int compared = 0;
-    for (int i = 0; i < cases; ++i) {
-        const std::string text = makeText(Family(family), rng, rng.next());
+    int compared = 0, all = 0;
+    forEachText(4000, [&](const std::string& text, cogtext::Rng& rng) {
+        ++all;
         const std::string word = pickWord(text, rng);
-        std::string replacement = rng.chance(20) ? std::string() : pickWord(text, rng);
-        if (rng.chance(15)) replacement = word + replacement;             // holds the word at its start: ends
-        if (rng.chance(10)) replacement = " " + replacement + word + " "; // holds it later: never ends
-        const bool all = rng.chance(75);
-        const bool edges = rng.chance(40);
+        std::string by = rng.chance(20) ? std::string() : pickWord(text, rng);
+        if (rng.chance(15)) by = word + by;             // holds the word at its start: ends
+        if (rng.chance(10)) by = " " + by + word + " "; // holds it later: never ends
+        const bool every = rng.chance(75), edges = rng.chance(40);
         const Pos ipos = rng.chance(70) ? 1 : static_cast<Pos>(rng.below(text.size() + 2));
-        const editor::ReplaceResult fast = editor::replaceSeries(text, ipos, word, replacement, all, edges);
+        const editor::ReplaceResult fast = editor::replaceSeries(text, ipos, word, by, every, edges);
         const long limit = static_cast<long>(text.size()) * 2 + 16;
-        const reading::Series plain = reading::replace(text, ipos, word, replacement, all, edges, limit);
-        const bool recurs = editor::replacementRecurs(word, replacement, edges);
+        const reading::Series plain = reading::replace(text, ipos, word, by, every, edges, limit);
         // A series the reading cannot finish is exactly one the fast rule calls never-ending.
-        QCOMPARE(!plain.ended, all && recurs && plain.replaced > 0);
+        QCOMPARE(!plain.ended, every && editor::replacementRecurs(word, by, edges) && plain.replaced > 0);
         if (!plain.ended) {
             QVERIFY(fast.bounded);
-            continue;
+            return;
         }
         ++compared;
         const std::string got = editor::applyEdit(text, fast.edit);
-        if (got != plain.text || fast.ipos != plain.ipos || fast.replaced != plain.replaced ||
-            fast.selection != plain.selection)
-            QFAIL(qPrintable(QString("replace %1 by %2 from %3 (all %4, edges %5) in %6:\n got %7 (ipos %8, "
-                                     "%9 replaced)\n reading %10 (ipos %11, %12 replaced)")
-                                 .arg(shown(word), shown(replacement))
-                                 .arg(ipos)
-                                 .arg(all)
-                                 .arg(edges)
-                                 .arg(shown(text), shown(got))
-                                 .arg(fast.ipos)
-                                 .arg(fast.replaced)
-                                 .arg(shown(plain.text))
-                                 .arg(plain.ipos)
-                                 .arg(plain.replaced)));
-    }
-    QVERIFY(compared > cases / 2);
+        SAME(std::tie(got, fast.ipos, fast.replaced, fast.selection),
+             std::tie(plain.text, plain.ipos, plain.replaced, plain.selection),
+             say("replace %1 by %2 from %3 (all %4, edges %5) in %6:\n got %7 (ipos %8)\n reading %9", word,
+                 by, ipos, long(every), long(edges), text, got, fast.ipos,
+                 plain.text + " ipos " + std::to_string(plain.ipos) + ", replaced " +
+                     std::to_string(fast.replaced) + "/" + std::to_string(plain.replaced)));
+    });
+    QVERIFY(compared > all / 2);
 }
-
-namespace {
-
-QString describe(const cog::KeyedTree& tree) {
-    QStringList lines;
-    for (const auto& n : tree.nodes())
-        lines << shown(n.parentKey + " > " + n.key + " | " + n.text + " | " + n.tag +
-                       (n.expanded ? " +" : ""));
-    return lines.join('\n');
-}
-
-} // namespace
 
 void tst_Differential::explorerEqualsStepByStepRebuild() {
     QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(5000 + family);
-    int complete = 0, stopped = 0;
-    for (int i = 0; i < cases; ++i) {
-        std::string text = makeText(Family(family), rng, rng.next());
+    int stopped = 0;
+    forEachText(5000, [&](std::string text, cogtext::Rng& rng) {
         const bool moreLabels = rng.chance(20);
         if (moreLabels) { // labels that are also found elsewhere: in comments, inside other labels
             const auto colon = text.find(":\r\n", rng.below(text.size() + 1));
@@ -450,85 +416,53 @@ void tst_Differential::explorerEqualsStepByStepRebuild() {
         }
         const cog::ExplorerResult fast = cog::buildExplorer(text, "Cog 1", cog::symbolTypes());
         const cog::ExplorerResult plain = reading::explorer(text, "Cog 1");
-        const bool same = fast.stop == plain.stop && fast.offendingKey == plain.offendingKey &&
-                          fast.tree.nodes().size() == plain.tree.nodes().size() &&
-                          describe(fast.tree) == describe(plain.tree);
-        if (!same)
-            QFAIL(qPrintable(QString("text %1\nstop %2 (%3), the reading %4 (%5)\n%6\n-- the reading:\n%7")
-                                 .arg(shown(text))
-                                 .arg(int(fast.stop))
-                                 .arg(shown(fast.offendingKey))
-                                 .arg(int(plain.stop))
-                                 .arg(shown(plain.offendingKey))
-                                 .arg(describe(fast.tree), describe(plain.tree))));
-        if (!moreLabels) (fast.complete() ? complete : stopped) += 1;
-    }
+        SAME(std::tie(fast.stop, fast.offendingKey), std::tie(plain.stop, plain.offendingKey),
+             say("text %1\nstop %2 (%3), the reading %4 (%5)", text, long(fast.stop), fast.offendingKey,
+                 long(plain.stop), plain.offendingKey));
+        SAME(str(fast.tree), str(plain.tree),
+             say("text %1\n%2\n-- the reading:\n%3", text, fast.tree, plain.tree));
+        if (!moreLabels && !fast.complete()) ++stopped;
+    });
     if (Family(family) == Family::Generated) QCOMPARE(stopped, 0); // generated scripts are well formed
 }
 
 void tst_Differential::checkEqualsMatchCharPerBrace() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(6000 + family);
-    for (int i = 0; i < cases; ++i) {
-        const std::string text = makeText(Family(family), rng, rng.next());
+    forEachText(6000, [](const std::string& text, cogtext::Rng& rng) {
         const Pos caret = static_cast<Pos>(rng.below(text.size() + 1));
-        const std::vector<cog::Finding> fast = cog::checkCog(text, caret);
-        const std::vector<cog::Finding> plain = reading::checkCog(text, caret);
-        if (fast != plain) {
-            QStringList a, b;
-            for (const auto& f : fast) a << QString("%1@%2").arg(f.text.c_str()).arg(f.caret);
-            for (const auto& f : plain) b << QString("%1@%2").arg(f.text.c_str()).arg(f.caret);
-            QFAIL(
-                qPrintable(QString("%1\n got %2\n reading %3").arg(shown(text), a.join(", "), b.join(", "))));
-        }
+        const auto fast = cog::checkCog(text, caret), plain = reading::checkCog(text, caret);
+        SAME(fast, plain, say("%1\n got %2\n reading %3", text, fast, plain));
         // The one-brace rule agrees as well, at every brace.
         for (Pos p = reading::find(1, text, "{"); p > 0; p = reading::find(p + 1, text, "{"))
-            if (cog::matchChar(text, p) != reading::matchChar(text, p))
-                QFAIL(qPrintable(QString("matchChar at %1 in %2").arg(p).arg(shown(text))));
-    }
+            SAME(cog::matchChar(text, p), reading::matchChar(text, p), say("matchChar at %1 in %2", p, text));
+    });
 }
 
 void tst_Differential::wordFromTheCaretsLineEqualsWholeText() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(8000 + family);
-    for (int i = 0; i < cases; ++i) {
-        const std::string text = makeText(Family(family), rng, rng.next());
+    forEachText(8000, [](const std::string& text, cogtext::Rng& rng) {
         for (int q = 0; q < 6; ++q) {
             const long caret = static_cast<long>(rng.below(text.size() + 1));
             // The window begins at the line feed before the caret's line (or the text's start) and
             // ends anywhere at or after the caret.
             const auto lf =
                 caret > 0 ? text.rfind('\n', static_cast<std::size_t>(caret - 1)) : std::string::npos;
-            const long start = lf == std::string::npos ? 0 : static_cast<long>(lf);
+            const std::size_t start = lf == std::string::npos ? 0 : lf;
             const std::size_t end = std::min(text.size(), static_cast<std::size_t>(caret) + rng.below(40));
-            const std::string_view window = std::string_view(text).substr(
-                static_cast<std::size_t>(start), end - static_cast<std::size_t>(start));
-            const editor::Range fast = editor::selectWordRangeIn(window, start, caret);
+            const editor::Range fast = editor::selectWordRangeIn(
+                std::string_view(text).substr(start, end - start), static_cast<long>(start), caret);
             const editor::Range plain = editor::selectWordRange(text, caret);
-            if (!(fast == plain))
-                QFAIL(qPrintable(QString("caret %1: %2+%3 from its line, %4+%5 from the text %6")
-                                     .arg(caret)
-                                     .arg(fast.start)
-                                     .arg(fast.length)
-                                     .arg(plain.start)
-                                     .arg(plain.length)
-                                     .arg(shown(text))));
+            SAME(fast, plain,
+                 say("caret %1: %2 from its line, %3 from the text %4", caret, fast, plain, text));
         }
-    }
+    });
 }
 
 void tst_Differential::generationEqualsReplacementBySelection() {
-    QFETCH(int, family);
-    QFETCH(int, cases);
-    cogtext::Rng rng(7000 + family);
-    static const std::vector<std::string> names{"door", "Door", "speed", "a", "x", "<%", "%>", "", "sp"};
-    for (int i = 0; i < cases; ++i) {
-        std::string body = makeText(Family(family), rng, rng.next());
+    forEachText(7000, [](std::string body, cogtext::Rng& rng) {
+        static const std::vector<std::string> names{"door", "Door", "speed", "a", "x", "<%", "%>", "", "sp"};
+        const auto name = [&] { return names[rng.below(names.size())]; };
         // Placeholders of the rows, of other rows, of unknown names, broken and adjacent ones.
         for (std::size_t k = rng.below(12); k > 0; --k) {
-            std::string ph = "<%" + names[rng.below(names.size())] + "%>";
+            std::string ph = "<%" + name() + "%>";
             if (rng.chance(20)) ph.erase(rng.below(ph.size()), 1);
             if (rng.chance(30)) ph += ph;
             body.insert(rng.below(body.size() + 1), ph);
@@ -536,19 +470,16 @@ void tst_Differential::generationEqualsReplacementBySelection() {
         std::vector<templates::Assignment> rows;
         for (std::size_t k = rng.below(5); k > 0; --k) {
             std::string value = rng.chance(30) ? std::string() : pickWord(body, rng);
-            if (rng.chance(20)) value += "<%" + names[rng.below(names.size())] + "%>"; // holds a placeholder
-            rows.emplace_back(names[rng.below(names.size())], value);
+            if (rng.chance(20)) value += "<%" + name() + "%>"; // holds a placeholder
+            rows.emplace_back(name(), value);
         }
-        const std::string header = "2\r\nValue,Name\r\nend\r\n";
-        const std::string bytes = header + body;
+        const std::string header = "2\r\nValue,Name\r\nend\r\n", bytes = header + body;
         const long ilen = rng.chance(80) ? static_cast<long>(header.size())
                                          : static_cast<long>(rng.below(bytes.size() + 3)) - 1;
-        const std::string fast = templates::generate(bytes, ilen, rows);
-        const std::string plain = reading::generate(bytes, ilen, rows);
-        if (fast != plain)
-            QFAIL(
-                qPrintable(QString("%1\n got %2\n reading %3").arg(shown(bytes), shown(fast), shown(plain))));
-    }
+        const std::string fast = templates::generate(bytes, ilen, rows),
+                          plain = reading::generate(bytes, ilen, rows);
+        SAME(fast, plain, say("%1\n got %2\n reading %3", bytes, fast, plain));
+    });
 }
 
 QTEST_APPLESS_MAIN(tst_Differential)
