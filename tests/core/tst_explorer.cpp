@@ -139,10 +139,9 @@ void tst_Explorer::tree_data() {
           "sector se", "keyframe k", "model mo", "material ma", "int i1", "thing a"})
         all += QByteArray(line) + "\r\n";
     QStringList grouped = kFrame;
-    for (const QString& entry :
-         {"ai a", "cog c", "flex f", "int i2 i1", "keyframe k", "material ma", "model mo", "sector se",
-          "sound so", "surface s", "template t", "thing b a", "vector v"}) {
-        const QStringList words = entry.split(' ');
+    for (const char* entry : {"ai a", "cog c", "flex f", "int i2 i1", "keyframe k", "material ma", "model mo",
+                              "sector se", "sound so", "surface s", "template t", "thing b a", "vector v"}) {
+        const QStringList words = QString(entry).split(' ');
         grouped << group(words[0].toStdString());
         for (const QString& name : words.mid(1))
             grouped << symbol(words[0].toStdString(), name.toStdString());

@@ -271,12 +271,14 @@ void tst_Frame::droppedFilesOpenOnlyTheFirst() {
     frmMain* frame = startTessary(dialogs);
     QMimeData data;
     data.setUrls(urls);
-    // Dragged over the editor, the files reach the frame.
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(cogWindow(1)->txtMain->viewport(), &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPointF(frame->width() / 2, frame->height() / 2), Qt::CopyAction, &data, Qt::LeftButton,
-                    Qt::NoModifier);
+    // Dragged over the editor or the frame, the files reach the frame, which opens them on the drop.
+    const QPointF at(frame->width() / 2, frame->height() / 2);
+    for (QWidget* target : {cogWindow(1)->txtMain->viewport(), static_cast<QWidget*>(frame)}) {
+        QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(target, &enter);
+        QVERIFY(enter.isAccepted());
+    }
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(frame, &drop);
     QTRY_COMPARE(mdlTessary::colCogs.count(), 2);
     QTest::qWait(50);
