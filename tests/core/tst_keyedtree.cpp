@@ -52,20 +52,18 @@ void tst_KeyedTree::adding_data() {
     QTest::addColumn<QStringList>("entries");
     QTest::addColumn<KeyedTree::AddResult>("lastResult");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("nodes keep creation order")
-        << QStringList{"->root", "root>b", "root>a", "b>c"} << Result::Added
-        << QStringList{"->root", "root>b", "root>a", "b>c"};
-    QTest::newRow("an existing key is refused and nothing changes")
-        << QStringList{"->root", "root>a", "root>a"} << Result::DuplicateKey
-        << QStringList{"->root", "root>a"};
-    QTest::newRow("a key is unique across parents")
-        << QStringList{"->root", "root>a", "a>x", "root>x"} << Result::DuplicateKey
-        << QStringList{"->root", "root>a", "a>x"};
-    QTest::newRow("keys differing in case are different")
-        << QStringList{"->root", "root>a", "root>A"} << Result::Added
-        << QStringList{"->root", "root>a", "root>A"};
-    QTest::newRow("an unknown parent is refused")
-        << QStringList{"->root", "nowhere>a"} << Result::NoSuchParent << QStringList{"->root"};
+    const auto row = [](const char* name, const char* entries, Result last, const char* expected) {
+        QTest::newRow(name) << QString(entries).split(' ') << last
+                            << QString(expected).split(' ', Qt::SkipEmptyParts);
+    };
+    row("nodes keep creation order", "->root root>b root>a b>c", Result::Added, "->root root>b root>a b>c");
+    row("an existing key is refused, nothing changes", "->root root>a root>a", Result::DuplicateKey,
+        "->root root>a");
+    row("a key is unique across parents", "->root root>a a>x root>x", Result::DuplicateKey,
+        "->root root>a a>x");
+    row("keys differing in case are different", "->root root>a root>A", Result::Added,
+        "->root root>a root>A");
+    row("an unknown parent is refused", "->root nowhere>a", Result::NoSuchParent, "->root");
 }
 
 void tst_KeyedTree::adding() {
@@ -82,13 +80,12 @@ void tst_KeyedTree::adding() {
 void tst_KeyedTree::removing_data() {
     QTest::addColumn<QString>("removed");
     QTest::addColumn<bool>("found");
-    QTest::addColumn<QStringList>("expected");
-    const QStringList tree{"->root", "root>s", "s>int", "int>a", "int>b", "root>code", "code>m", "m>c1"};
-    QTest::newRow("a leaf") << "a" << true << QStringList{"->root",    "root>s", "s>int", "int>b",
-                                                          "root>code", "code>m", "m>c1"};
+    QTest::addColumn<QString>("expectedShape");
+    const char* tree = "->root root>s s>int int>a int>b root>code code>m m>c1";
+    QTest::newRow("a leaf") << "a" << true << "->root root>s s>int int>b root>code code>m m>c1";
     QTest::newRow("a node with its whole subtree, survivors move down")
-        << "s" << true << QStringList{"->root", "root>code", "code>m", "m>c1"};
-    QTest::newRow("the root takes everything") << "root" << true << QStringList{};
+        << "s" << true << "->root root>code code>m m>c1";
+    QTest::newRow("the root takes everything") << "root" << true << "";
     QTest::newRow("an unknown key changes nothing") << "zz" << false << tree;
     QTest::newRow("keys compare exactly on removal") << "A" << false << tree;
 }
@@ -96,8 +93,9 @@ void tst_KeyedTree::removing_data() {
 void tst_KeyedTree::removing() {
     QFETCH(QString, removed);
     QFETCH(bool, found);
-    QFETCH(QStringList, expected);
-    KeyedTree tree = build({"->root", "root>s", "s>int", "int>a", "int>b", "root>code", "code>m", "m>c1"});
+    QFETCH(QString, expectedShape);
+    const QStringList expected = expectedShape.split(' ', Qt::SkipEmptyParts);
+    KeyedTree tree = build(QString("->root root>s s>int int>a int>b root>code code>m m>c1").split(' '));
     const std::string key = removed.toStdString();
     // Removing by a reference to the node's own key must not read the key after it is gone.
     const auto* node = tree.find(key);
