@@ -57,8 +57,7 @@ private slots:
     void duplicateLineIsReportedAndSelected();
     void otherFailuresEndSilently();
     void treeIsClearedWhenItsWindowCloses();
-    void checkWindowListsFindings();
-    void checkWindowIsShownOnce();
+    void checkWindowListsFindingsOnce();
 };
 
 void tst_CogExplorer::choosingAWindowFillsTheTreeAndRefreshRebuildsIt() {
@@ -174,7 +173,7 @@ void tst_CogExplorer::treeIsClearedWhenItsWindowCloses() {
     QCOMPARE(frame->tvwCogE->count(), std::size_t(0));
 }
 
-void tst_CogExplorer::checkWindowListsFindings() {
+void tst_CogExplorer::checkWindowListsFindingsOnce() {
     ScriptedDialogs dialogs;
     frmMain* frame = startTessary(dialogs);
     frmTessary* w = cogWindow(1);
@@ -182,7 +181,7 @@ void tst_CogExplorer::checkWindowListsFindings() {
     w->txtMain->setTextBytes(text);
     w->txtMain->setSelStart(7);
     frame->mnuEditChkSyn_Click();
-    frmChkSyn* check = frmChkSyn::loaded();
+    QPointer<frmChkSyn> check = frmChkSyn::loaded();
     QVERIFY(check && check->isVisible() && !check->isModal() && !check->parentWidget());
     QCOMPARE(check->windowTitle(), QStringLiteral("Check Syntax - ") + w->Caption());
     QListWidget* list = check->lstChkSyn;
@@ -196,39 +195,29 @@ void tst_CogExplorer::checkWindowListsFindings() {
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
     QCOMPARE(w->txtMain->selStart(), 7L);
 
-    // The window has no parent, yet it goes with the frame.
-    QPointer<frmChkSyn> guard = check;
-    stopTessary();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!guard);
-}
-
-void tst_CogExplorer::checkWindowIsShownOnce() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes("#\r\nsymbols\r\nend\r\ncode\r\nend\r\n");
-    frame->mnuEditChkSyn_Click();
-    QPointer<frmChkSyn> first = frmChkSyn::loaded();
-    QVERIFY(first);
-    QCOMPARE(first->lstChkSyn->count(), 0); // a clean text lists nothing
-
     // While it is open, the command only brings it to the front: the findings stay.
     w->txtMain->setTextBytes("{");
     frame->mnuEditChkSyn_Click();
-    QCOMPARE(frmChkSyn::loaded(), first.data());
-    QCOMPARE(first->lstChkSyn->count(), 0);
+    QCOMPARE(frmChkSyn::loaded(), check.data());
+    QCOMPARE(list->count(), 2);
 
     // OK unloads it; the next command checks again; Escape unloads it as OK does.
-    QTest::mouseClick(first->cmdOK, Qt::LeftButton);
+    QTest::mouseClick(check->cmdOK, Qt::LeftButton);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!first && !frmChkSyn::loaded());
+    QVERIFY(!check && !frmChkSyn::loaded());
     frame->mnuEditChkSyn_Click();
-    QPointer<frmChkSyn> second = frmChkSyn::loaded();
-    QCOMPARE(second->lstChkSyn->count(), 4);
-    QTest::keyClick(second->lstChkSyn, Qt::Key_Escape);
+    check = frmChkSyn::loaded();
+    QCOMPARE(check->lstChkSyn->count(), 4);
+    QTest::keyClick(check->lstChkSyn, Qt::Key_Escape);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!second);
+    QVERIFY(!check);
+
+    // The window has no parent, yet it goes with the frame.
+    frame->mnuEditChkSyn_Click();
+    check = frmChkSyn::loaded();
+    stopTessary();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!check);
 }
 
 QTEST_MAIN(tst_CogExplorer)
