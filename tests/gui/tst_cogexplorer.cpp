@@ -11,34 +11,27 @@
 
 namespace {
 
-const QByteArray kScript = "# door.cog\r\n"
-                           "symbols\r\n"
-                           "thing      door\r\n"
-                           "message    startup\r\n"
-                           "int        count=0\r\n"
-                           "end\r\n"
-                           "code\r\n"
-                           "startup:\r\n"
-                           "   // get ready\r\n"
-                           "   count = 1;\r\n"
-                           "   return;\r\n"
-                           "end\r\n";
-
-const QString kDuplicate = QStringLiteral(
-    "You have 2 comment/symbol lines that are exactly the same.  In order for CogExplorer to work "
-    "correctly, you MUST have each commented/symbol line be unique.  The line that caused the errors "
-    "has been selected.  Change it then reselect the cog.");
-
-// Shows the explorer as the user does: "CogExplorer" picked in the tree selector.
-void showExplorer(frmMain* frame) {
-    frame->cmbTvwSel->setCurrentIndex(0);
-    QTest::keyClick(frame->cmbTvwSel, Qt::Key_Down);
-}
+const QByteArray kScript =
+    "# door.cog\r\nsymbols\r\nthing      door\r\nmessage    startup\r\nint        count=0\r\n"
+    "end\r\ncode\r\nstartup:\r\n   // get ready\r\n   count = 1;\r\n   return;\r\nend\r\n";
 
 // Picks the index-th window (1-based) in cmbCog with the keyboard, as a user would.
 void chooseWindow(frmMain* frame, int index) {
     frame->cmbCog->setCurrentIndex(index - 2);
     QTest::keyClick(frame->cmbCog, Qt::Key_Down);
+}
+
+// Starts with text in window 1, shows "CogExplorer" in the tree selector as the user does, and
+// (unless extraWindow) chooses window 1; with extraWindow a second window is current first.
+frmMain* startExploring(ScriptedDialogs& dialogs, const QByteArray& text = kScript,
+                        bool extraWindow = false) {
+    frmMain* frame = startTessary(dialogs);
+    cogWindow(1)->txtMain->setTextBytes(text);
+    if (extraWindow) frame->mnuFileNew_Click();
+    frame->cmbTvwSel->setCurrentIndex(0);
+    QTest::keyClick(frame->cmbTvwSel, Qt::Key_Down);
+    chooseWindow(frame, 1);
+    return frame;
 }
 
 QStringList treeTexts(const KeyedTreeView* tree) {
@@ -58,101 +51,48 @@ private slots:
         stopTessary();
     }
 
-    void selectorSwitchesTheTrees();
-    void choosingAWindowFillsTheTree();
-    void successLeavesTheCurrentWindowAlone();
-    void refreshReadsTheTextAgain();
-    void noChosenWindowChangesNothing();
+    void choosingAWindowFillsTheTreeAndRefreshRebuildsIt();
     void doubleClickJumps_data();
     void doubleClickJumps();
     void duplicateLineIsReportedAndSelected();
     void otherFailuresEndSilently();
     void treeIsClearedWhenItsWindowCloses();
-    void checkWindowListsFindings();
-    void checkWindowIsShownOnce();
-    void checkWindowClosesWithTheFrame();
+    void checkWindowListsFindingsOnce();
 };
 
-void tst_CogExplorer::selectorSwitchesTheTrees() {
+void tst_CogExplorer::choosingAWindowFillsTheTreeAndRefreshRebuildsIt() {
     ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    showExplorer(frame);
+    frmMain* frame = startExploring(dialogs, kScript, true);
     QCOMPARE(frame->cmbTvwSel->currentText(), QStringLiteral("CogExplorer"));
-    QVERIFY(frame->tvwCogE->isVisible());
-    QVERIFY(frame->cmbCog->isVisible());
-    QVERIFY(!frame->tvwCog->isVisible());
-    QTest::keyClick(frame->cmbTvwSel, Qt::Key_Up);
-    QVERIFY(!frame->tvwCogE->isVisible());
-    QVERIFY(!frame->cmbCog->isVisible());
-    QVERIFY(frame->tvwCog->isVisible());
-}
-
-void tst_CogExplorer::choosingAWindowFillsTheTree() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    cogWindow(1)->txtMain->setTextBytes(kScript);
-    showExplorer(frame);
-    chooseWindow(frame, 1);
+    QVERIFY(frame->tvwCogE->isVisible() && frame->cmbCog->isVisible() && !frame->tvwCog->isVisible());
 
     KeyedTreeView* tree = frame->tvwCogE;
-    const QString caption = cogWindow(1)->Caption(); // "Cog 1*": the text was changed
-    QCOMPARE(treeTexts(tree), (QStringList{caption, "symbols", "code", "int", "count=0", "startup", "message",
-                                           "startup", "thing", "door", "// get ready"}));
+    QCOMPARE(treeTexts(tree), (QStringList{"Cog 1*", "symbols", "code", "int", "count=0", "startup",
+                                           "message", "startup", "thing", "door", "// get ready"}));
     QCOMPARE(tree->topLevelItemCount(), 1);
     QTreeWidgetItem* root = tree->topLevelItem(0);
-    QCOMPARE(root->text(0), caption);
     QVERIFY(root->isExpanded());
-    QCOMPARE(root->childCount(), 2);
     QVERIFY(!root->child(0)->isExpanded());
     QCOMPARE(root->child(1)->child(0)->child(0)->text(0), QStringLiteral("// get ready"));
     QCOMPARE(tree->Tag, QStringLiteral("cog1"));
     QCOMPARE(frame->nLCE, std::optional<std::string>("root"));
+    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2")); // success leaves the current window alone
     QVERIFY(dialogs.messages.isEmpty());
-}
 
-void tst_CogExplorer::successLeavesTheCurrentWindowAlone() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    frame->mnuFileNew_Click();
-    cogWindow(1)->txtMain->setTextBytes(kScript);
-    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
-    showExplorer(frame);
-    chooseWindow(frame, 1);
-    QCOMPARE(frame->tvwCogE->Tag, QStringLiteral("cog1"));
-    QCOMPARE(frame->tvwCogE->count(), std::size_t(11));
-    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
-}
-
-void tst_CogExplorer::refreshReadsTheTextAgain() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes(kScript);
-    showExplorer(frame);
-    chooseWindow(frame, 1);
-    QVERIFY(!frame->tvwCogE->contains("sound s\r"));
     // Typing does not touch the tree; F5 rebuilds it.
+    frmTessary* w = cogWindow(1);
     w->txtMain->setSelStart(kScript.indexOf("end"));
     w->txtMain->setSelText("sound s\r\n");
-    QVERIFY(!frame->tvwCogE->contains("sound s\r"));
+    QVERIFY(!tree->contains("sound s\r"));
     QCOMPARE(frame->mnuViewRefresh->shortcut(), QKeySequence(Qt::Key_F5));
     frame->mnuViewRefresh->trigger();
-    QVERIFY(frame->tvwCogE->contains("sound s\r"));
-    QCOMPARE(frame->tvwCogE->node("sound s\r")->text, std::string("s"));
-}
-
-void tst_CogExplorer::noChosenWindowChangesNothing() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    cogWindow(1)->txtMain->setTextBytes(kScript);
-    showExplorer(frame);
-    chooseWindow(frame, 1);
-    frame->mnuFileNew_Click(); // refreshes cmbCog: nothing is chosen now
+    QCOMPARE(tree->node("sound s\r")->text, std::string("s"));
+    // With no window chosen (a new window refreshes cmbCog), refreshing changes nothing.
+    frame->mnuFileNew_Click();
     QCOMPARE(frame->cmbCog->currentIndex(), -1);
     frame->mnuViewRefresh_Click();
-    QCOMPARE(frame->tvwCogE->count(), std::size_t(11));
-    QCOMPARE(frame->tvwCogE->Tag, QStringLiteral("cog1"));
-    QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
+    QCOMPARE(tree->count(), std::size_t(13));
+    QCOMPARE(tree->Tag, QStringLiteral("cog1"));
 }
 
 void tst_CogExplorer::doubleClickJumps_data() {
@@ -164,20 +104,15 @@ void tst_CogExplorer::doubleClickJumps_data() {
         << QByteArray("startup:") << int(kScript.indexOf("startup:"));
     QTest::newRow("a comment: its text") << QByteArray("// get ready") << int(kScript.indexOf("// get"));
     QTest::newRow("a type group: nothing") << QByteArray("thing") << 5;
-    QTest::newRow("the root: nothing") << QByteArray("root") << 5;
 }
 
 void tst_CogExplorer::doubleClickJumps() {
     QFETCH(QByteArray, key);
     QFETCH(int, caret);
     ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
+    frmMain* frame = startExploring(dialogs);
     frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes(kScript);
-    showExplorer(frame);
-    chooseWindow(frame, 1);
     w->txtMain->setSelStart(5);
-
     KeyedTreeView* tree = frame->tvwCogE;
     tree->expandAll();
     QTreeWidgetItem* item = tree->itemFor(key.toStdString());
@@ -192,36 +127,29 @@ void tst_CogExplorer::doubleClickJumps() {
 
 void tst_CogExplorer::duplicateLineIsReportedAndSelected() {
     ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
     const QByteArray text = "#\r\nsymbols\r\nthing door\r\nint a\r\nint  b\r\nint a\r\nend\r\n";
-    cogWindow(1)->txtMain->setTextBytes(text);
-    frame->mnuFileNew_Click();
-    showExplorer(frame);
-    chooseWindow(frame, 1);
-
+    frmMain* frame = startExploring(dialogs, text, true);
     QCOMPARE(dialogs.messages.size(), 1);
-    QCOMPARE(dialogs.messages[0].text, kDuplicate);
+    QCOMPARE(dialogs.messages[0].text,
+             QStringLiteral(
+                 "You have 2 comment/symbol lines that are exactly the same.  In order for CogExplorer to "
+                 "work correctly, you MUST have each commented/symbol line be unique.  The line that "
+                 "caused the errors has been selected.  Change it then reselect the cog."));
     QCOMPARE(dialogs.messages[0].icon, int(ui::vbCritical));
     QCOMPARE(dialogs.messages[0].buttons, int(ui::vbOKOnly));
     QCOMPARE(dialogs.messages[0].title, QStringLiteral("Tessary"));
-    // The second "int a" line is selected.
+    // The second "int a" line is selected; the nodes added before stay.
     CogTextBox* box = cogWindow(1)->txtMain;
     QCOMPARE(box->selStart(), long(text.lastIndexOf("int a")));
     QCOMPARE(box->selText(), QByteArray("int a"));
-    // The nodes added before stay; the scan went no further.
     QCOMPARE(treeTexts(frame->tvwCogE), (QStringList{"Cog 1*", "symbols", "code", "int", "a", "b"}));
     QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog1"));
 }
 
 void tst_CogExplorer::otherFailuresEndSilently() {
     ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    cogWindow(1)->txtMain->setTextBytes(kScript);
-    showExplorer(frame);
-    chooseWindow(frame, 1);
-    QCOMPARE(frame->tvwCogE->count(), std::size_t(11));
+    frmMain* frame = startExploring(dialogs);
     frame->tvwCogE_NodeClick("thing");
-
     frame->mnuFileNew_Click();
     cogWindow(2)->txtMain->setTextBytes("# upside down\r\nend\r\nsymbols\r\nint a\r\n");
     mdlTessary::strCurCog = QStringLiteral("cog1");
@@ -235,12 +163,7 @@ void tst_CogExplorer::otherFailuresEndSilently() {
 
 void tst_CogExplorer::treeIsClearedWhenItsWindowCloses() {
     ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    cogWindow(1)->txtMain->setTextBytes(kScript);
-    frame->mnuFileNew_Click();
-    showExplorer(frame);
-    chooseWindow(frame, 1);
-    mdlTessary::strCurCog = QStringLiteral("cog2");
+    frmMain* frame = startExploring(dialogs, kScript, true);
     cogWindow(2)->bMod = false;
     frame->mnuFileClose_Click();
     QCOMPARE(frame->tvwCogE->count(), std::size_t(11)); // another window closed
@@ -250,79 +173,48 @@ void tst_CogExplorer::treeIsClearedWhenItsWindowCloses() {
     QCOMPARE(frame->tvwCogE->count(), std::size_t(0));
 }
 
-void tst_CogExplorer::checkWindowListsFindings() {
+void tst_CogExplorer::checkWindowListsFindingsOnce() {
     ScriptedDialogs dialogs;
     frmMain* frame = startTessary(dialogs);
-    QVERIFY(!frame->mnuEditChkSyn->isVisible());
-    QVERIFY(!frame->mnuEditChkSyn->isEnabled());
     frmTessary* w = cogWindow(1);
     const QByteArray text = "#\r\nsymbols\r\nend\r\ncode\r\nstartup:\r\n  if (1) {\r\n  {}\r\n  return;\r\n";
     w->txtMain->setTextBytes(text);
     w->txtMain->setSelStart(7);
-
     frame->mnuEditChkSyn_Click();
-    frmChkSyn* check = frmChkSyn::loaded();
-    QVERIFY(check);
-    QVERIFY(check->isVisible());
-    QVERIFY(!check->isModal());
-    QVERIFY(!check->parentWidget());
+    QPointer<frmChkSyn> check = frmChkSyn::loaded();
+    QVERIFY(check && check->isVisible() && !check->isModal() && !check->parentWidget());
     QCOMPARE(check->windowTitle(), QStringLiteral("Check Syntax - ") + w->Caption());
-    QCOMPARE(check->cmdOK->text(), QStringLiteral("OK"));
-    QCOMPARE(check->lstChkSyn->count(), 2);
-    QCOMPARE(check->lstChkSyn->item(0)->text(), QStringLiteral("{ not matched"));
-    QCOMPARE(check->lstChkSyn->item(0)->data(Qt::UserRole).toInt(), int(text.indexOf('{')));
-    QCOMPARE(check->lstChkSyn->item(1)->text(), QStringLiteral("no end for code section"));
-    QCOMPARE(check->lstChkSyn->item(1)->data(Qt::UserRole).toInt(), 7);
-    QVERIFY(check->MatchChar(text.lastIndexOf('{') + 1, "{", "}", 1));
-    QVERIFY(!check->MatchChar(text.indexOf('{') + 1, "{", "}", 1));
-
-    // A click on a finding puts the caret there.
     QListWidget* list = check->lstChkSyn;
+    QCOMPARE(list->count(), 2);
+    QCOMPARE(list->item(0)->text(), QStringLiteral("{ not matched"));
+    QCOMPARE(list->item(1)->text(), QStringLiteral("no end for code section"));
+    // A click on a finding puts the caret there.
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
     QCOMPARE(w->txtMain->selStart(), long(text.indexOf('{')));
     QCOMPARE(w->txtMain->selLength(), 0L);
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
     QCOMPARE(w->txtMain->selStart(), 7L);
-}
-
-void tst_CogExplorer::checkWindowIsShownOnce() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
-    frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes("#\r\nsymbols\r\nend\r\ncode\r\nend\r\n");
-    frame->mnuEditChkSyn_Click();
-    QPointer<frmChkSyn> first = frmChkSyn::loaded();
-    QVERIFY(first);
-    QCOMPARE(first->lstChkSyn->count(), 0); // a clean text lists nothing
 
     // While it is open, the command only brings it to the front: the findings stay.
     w->txtMain->setTextBytes("{");
     frame->mnuEditChkSyn_Click();
-    QCOMPARE(frmChkSyn::loaded(), first.data());
-    QCOMPARE(first->lstChkSyn->count(), 0);
+    QCOMPARE(frmChkSyn::loaded(), check.data());
+    QCOMPARE(list->count(), 2);
 
-    // OK unloads it; the next command checks again.
-    QTest::mouseClick(first->cmdOK, Qt::LeftButton);
+    // OK unloads it; the next command checks again; Escape unloads it as OK does.
+    QTest::mouseClick(check->cmdOK, Qt::LeftButton);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!first);
-    QVERIFY(!frmChkSyn::loaded());
+    QVERIFY(!check && !frmChkSyn::loaded());
     frame->mnuEditChkSyn_Click();
-    QPointer<frmChkSyn> second = frmChkSyn::loaded();
-    QVERIFY(second);
-    QCOMPARE(second->lstChkSyn->count(), 4);
-
-    // Escape unloads it as OK does.
-    QTest::keyClick(second->lstChkSyn, Qt::Key_Escape);
+    check = frmChkSyn::loaded();
+    QCOMPARE(check->lstChkSyn->count(), 4);
+    QTest::keyClick(check->lstChkSyn, Qt::Key_Escape);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!second);
-}
+    QVERIFY(!check);
 
-void tst_CogExplorer::checkWindowClosesWithTheFrame() {
-    ScriptedDialogs dialogs;
-    frmMain* frame = startTessary(dialogs);
+    // The window has no parent, yet it goes with the frame.
     frame->mnuEditChkSyn_Click();
-    QPointer<frmChkSyn> check = frmChkSyn::loaded();
-    QVERIFY(check && check->isVisible());
+    check = frmChkSyn::loaded();
     stopTessary();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!check);

@@ -20,22 +20,20 @@ void tst_Install::installedProgramFindsItsData() {
     QTemporaryDir prefix, home;
     QProcess install;
     install.setProcessChannelMode(QProcess::MergedChannels);
-    install.start(cmake, {QStringLiteral("--install"), QStringLiteral(TESSARY_BIN_DIR "/.."),
-                          QStringLiteral("--prefix"), prefix.path()});
+    install.start(cmake, {"--install", TESSARY_BIN_DIR "/..", "--prefix", prefix.path()});
     QVERIFY(install.waitForFinished(120000));
     QVERIFY2(install.exitCode() == 0, install.readAll().constData());
     for (const char* file : {"bin/tessary", "bin/tessary-cli", "share/tessary/default.cog"})
         QVERIFY2(QFileInfo::exists(prefix.filePath(QString::fromLatin1(file))), file);
 
     QVERIFY(QDir(home.path()).mkpath(QStringLiteral("runtime")));
-    QFile::setPermissions(home.filePath(QStringLiteral("runtime")),
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::setPermissions(home.filePath("runtime"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QString log = home.filePath(QStringLiteral("log.txt"));
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
-    env.insert(QStringLiteral("TESSARY_TEST_LOG"), log);
+    env.insert("QT_QPA_PLATFORM", "offscreen");
+    env.insert("XDG_RUNTIME_DIR", home.filePath("runtime"));
+    env.insert("XDG_CONFIG_HOME", home.filePath("config"));
+    env.insert("TESSARY_TEST_LOG", log);
     QProcess tessary;
     tessary.setProcessEnvironment(env);
     tessary.setWorkingDirectory(home.path()); // nowhere near the build tree
@@ -44,14 +42,10 @@ void tst_Install::installedProgramFindsItsData() {
         QFile file(log);
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     };
-    QTRY_VERIFY_WITH_TIMEOUT(logged().contains(QStringLiteral("windows: Cog 1")) ||
-                                 tessary.state() == QProcess::NotRunning,
+    QTRY_VERIFY_WITH_TIMEOUT(logged().contains("windows: Cog 1") || tessary.state() == QProcess::NotRunning,
                              30000);
     const bool running = tessary.state() == QProcess::Running;
-    if (running) {
-        tessary.kill();
-        if (tessary.state() != QProcess::NotRunning) tessary.waitForFinished(5000);
-    }
+    if (running) tessary.kill(), tessary.waitForFinished(5000);
     QVERIFY2(running, qPrintable(logged()));
     QCOMPARE(logged(), QStringLiteral("windows: Cog 1\n")); // and no message about missing files
 }

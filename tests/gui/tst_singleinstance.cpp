@@ -24,64 +24,60 @@ class tst_SingleInstance : public QObject {
         if (!file.open(QIODevice::ReadOnly)) return {};
         return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
-    QProcess* start(const QStringList& args, const QString& workingDirectory = {});
-    bool waitUntilListening(QProcess* p);
 
-private slots:
-    void init();
-    void cleanup();
-    void secondStartHandsThePathOver_data();
-    void secondStartHandsThePathOver();
-    void socketLeftByAKilledProgramIsTakenOver();
-};
+    QProcess* start(const QStringList& args, const QString& workingDirectory = {}) {
+        auto process = std::make_unique<QProcess>();
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_->filePath(QStringLiteral("runtime")));
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home_->filePath(QStringLiteral("config")));
+        env.insert(QStringLiteral("TESSARY_TEST_LOG"), logPath());
+        process->setProcessEnvironment(env);
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        if (!workingDirectory.isEmpty()) process->setWorkingDirectory(workingDirectory);
+        process->start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), args);
+        processes_.push_back(std::move(process));
+        return processes_.back().get();
+    }
 
-QProcess* tst_SingleInstance::start(const QStringList& args, const QString& workingDirectory) {
-    auto process = std::make_unique<QProcess>();
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_->filePath(QStringLiteral("runtime")));
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), home_->filePath(QStringLiteral("config")));
-    env.insert(QStringLiteral("TESSARY_TEST_LOG"), logPath());
-    process->setProcessEnvironment(env);
-    process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    if (!workingDirectory.isEmpty()) process->setWorkingDirectory(workingDirectory);
-    process->start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), args);
-    processes_.push_back(std::move(process));
-    return processes_.back().get();
-}
-
-// The running program answers on its socket once it has started up.
-bool tst_SingleInstance::waitUntilListening(QProcess* p) {
-    for (int i = 0; i < 300; ++i) {
-        if (p->state() == QProcess::NotRunning) return false;
-        if (QFileInfo::exists(socketPath()) && !log().isEmpty()) {
+    // The running program answers on its socket once it has started up.
+    bool startListening() {
+        QProcess* p = start({});
+        for (int i = 0; i < 300 && p->state() != QProcess::NotRunning; ++i, QTest::qWait(100)) {
+            if (!QFileInfo::exists(socketPath()) || log().isEmpty()) continue;
             QLocalSocket probe;
             probe.connectToServer(socketPath());
             if (probe.waitForConnected(200)) return true;
         }
-        QTest::qWait(100);
+        return false;
     }
-    return false;
-}
 
-void tst_SingleInstance::init() {
-    home_ = std::make_unique<QTemporaryDir>();
-    QVERIFY(home_->isValid());
-    QVERIFY(QDir(home_->path()).mkpath(QStringLiteral("runtime")));
-    QVERIFY(QFile::setPermissions(home_->filePath(QStringLiteral("runtime")),
-                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-}
-
-void tst_SingleInstance::cleanup() {
-    for (auto& p : processes_) {
-        if (p->state() != QProcess::NotRunning) {
-            p->kill();
-            if (p->state() != QProcess::NotRunning) p->waitForFinished(5000);
-        }
+    // A second start that hands its arguments over and ends at once, successfully.
+    void handOver(const QStringList& args, const QString& workingDirectory = {}) {
+        QProcess* second = start(args, workingDirectory);
+        QVERIFY(second->waitForStarted(10000));
+        if (second->state() != QProcess::NotRunning) QVERIFY(second->waitForFinished(15000));
+        QCOMPARE(second->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second->exitCode(), 0);
     }
-    processes_.clear();
-    home_.reset();
-}
+
+private slots:
+    void init() {
+        home_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(home_->path()).mkpath(QStringLiteral("runtime")));
+        QVERIFY(QFile::setPermissions(home_->filePath(QStringLiteral("runtime")),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    }
+    void cleanup() {
+        for (auto& p : processes_)
+            if (p->state() != QProcess::NotRunning) p->kill(), p->waitForFinished(5000);
+        processes_.clear();
+        home_.reset();
+    }
+    void secondStartHandsThePathOver_data();
+    void secondStartHandsThePathOver();
+    void socketLeftByAKilledProgramIsTakenOver();
+};
 
 void tst_SingleInstance::secondStartHandsThePathOver_data() {
     QTest::addColumn<QStringList>("args");
@@ -98,46 +94,34 @@ void tst_SingleInstance::secondStartHandsThePathOver() {
     const QString dir = home_->filePath(QStringLiteral("cogs"));
     QVERIFY(QDir().mkpath(dir));
     const QString file = dir + QStringLiteral("/my old cog.cog");
-    {
-        QFile f(file);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("symbols\r\nend\r\n");
-    }
+    QFile f(file);
+    QVERIFY(f.open(QIODevice::WriteOnly) && f.write("symbols\r\nend\r\n") > 0);
+    f.close();
 
-    QProcess* first = start({});
-    QVERIFY2(waitUntilListening(first), "the first Tessary did not start listening");
+    QVERIFY2(startListening(), "the first Tessary did not start listening");
     QCOMPARE(log(), QStringList{QStringLiteral("windows: Cog 1")});
-
     if (!relative) args.first().prepend(dir + QLatin1Char('/'));
-    QProcess* second = start(args, relative ? dir : QString());
-    QVERIFY(second->waitForStarted(10000));
-    if (second->state() != QProcess::NotRunning) QVERIFY(second->waitForFinished(15000));
-    QCOMPARE(second->exitStatus(), QProcess::NormalExit);
-    QCOMPARE(second->exitCode(), 0);
-
+    handOver(args, relative ? dir : QString());
     // The running one first shows the path, then opens it.
-    const QStringList expected{QStringLiteral("windows: Cog 1"), QStringLiteral("message: ") + file,
-                               QStringLiteral("windows: Cog 1 | my old cog.cog")};
-    QTRY_COMPARE_WITH_TIMEOUT(log(), expected, 15000);
-    QCOMPARE(first->state(), QProcess::Running);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        log(),
+        (QStringList{QStringLiteral("windows: Cog 1"), QStringLiteral("message: ") + file,
+                     QStringLiteral("windows: Cog 1 | my old cog.cog")}),
+        15000);
+    QCOMPARE(processes_.front()->state(), QProcess::Running);
 }
 
 void tst_SingleInstance::socketLeftByAKilledProgramIsTakenOver() {
-    QProcess* killed = start({});
-    QVERIFY(waitUntilListening(killed));
-    killed->kill();
-    QVERIFY(killed->state() == QProcess::NotRunning || killed->waitForFinished(5000));
+    QVERIFY(startListening());
+    processes_.front()->kill();
+    QVERIFY(processes_.front()->waitForFinished(5000) || processes_.front()->state() == QProcess::NotRunning);
     QVERIFY(QFileInfo::exists(socketPath())); // left behind
     QFile::remove(logPath());
 
-    QProcess* next = start({});
-    QVERIFY2(waitUntilListening(next), "a new Tessary did not take the socket over");
-    QProcess* second = start({home_->filePath(QStringLiteral("none.cog"))});
-    QVERIFY(second->waitForStarted(10000));
-    if (second->state() != QProcess::NotRunning) QVERIFY(second->waitForFinished(15000));
-    QCOMPARE(second->exitCode(), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        log().contains(QStringLiteral("message: ") + home_->filePath(QStringLiteral("none.cog"))), 15000);
+    QVERIFY2(startListening(), "a new Tessary did not take the socket over");
+    const QString none = home_->filePath(QStringLiteral("none.cog"));
+    handOver({none});
+    QTRY_VERIFY_WITH_TIMEOUT(log().contains(QStringLiteral("message: ") + none), 15000);
 }
 
 QTEST_GUILESS_MAIN(tst_SingleInstance)
