@@ -62,18 +62,16 @@ private slots:
         if (expected != text) QCOMPARE(w->ipos, item == 3 ? cog::Pos(2) : cog::Pos(0));
     }
 
-    void findWordThenFindNextUntilNotFound() {
+    void findWordThenFindNextUntilNotFoundAndCancelled() {
         frmTessary* w = windowWith("my cog and Cog");
         QVERIFY(w);
         QVERIFY(!frame_->mnuEdit[2]->isEnabled());
         edit(1, {"COG"});
         QCOMPARE(dialogs_.inputs, (QList<QStringList>{{"Enter word to Find", "Find Word", ""}}));
-        QCOMPARE(w->txtMain->selStart(), 3L);
-        QCOMPARE(w->txtMain->selText(), QByteArray("cog"));
+        QCOMPARE(selection(w), (std::pair{3L, QByteArray("cog")}));
         QVERIFY(frame_->mnuEdit[2]->isEnabled());
         edit(2);
-        QCOMPARE(w->txtMain->selStart(), 11L);
-        QCOMPARE(w->txtMain->selText(), QByteArray("Cog"));
+        QCOMPARE(selection(w), (std::pair{11L, QByteArray("Cog")}));
         QVERIFY(dialogs_.messages.isEmpty());
         edit(2);
         QCOMPARE(dialogs_.messages.size(), 1);
@@ -94,6 +92,12 @@ private slots:
         QCOMPARE(w->sW, QByteArray());
         QCOMPARE(w->ipos, cog::Pos(3));
         QVERIFY(!frame_->mnuEdit[2]->isEnabled());
+        frame_->mnuEdit[2]->setEnabled(true); // as Find Word in another window would leave it
+        edit(2, {"Cog"});                     // no word yet: Find Next asks for one
+        QCOMPARE(dialogs_.inputs.size(), 4);
+        QCOMPARE(dialogs_.inputs.last(), (QStringList{"Enter word to Find", "Find Word", ""}));
+        QCOMPARE(selection(w), (std::pair{3L, QByteArray("cog")}));
+        QCOMPARE(dialogs_.messages.size(), 2);
     }
 
     void findNextStartsAgainAfterNotFoundAndKeepsEachWindowsWord() {
@@ -117,20 +121,9 @@ private slots:
         mdlTessary::strCurCog = first->Tag;
         first->txtMain->setSelStart(4);
         edit(2); // from the top, with the first window's own word
-        QCOMPARE(first->txtMain->selStart(), 0L);
-        QCOMPARE(first->txtMain->selText(), QByteArray("x"));
+        QCOMPARE(selection(first), (std::pair{0L, QByteArray("x")}));
         QCOMPARE(first->ipos, cog::Pos(2));
         QCOMPARE(second->ipos, cog::Pos(5));
-    }
-
-    void findNextWithoutAWordAsksForOne() {
-        frmTessary* w = windowWith("one two");
-        QVERIFY(w);
-        frame_->mnuEdit[2]->setEnabled(true); // as Find Word in another window would leave it
-        edit(2, {"two"});
-        QCOMPARE(dialogs_.inputs, (QList<QStringList>{{"Enter word to Find", "Find Word", ""}}));
-        QCOMPARE(w->txtMain->selText(), QByteArray("two"));
-        QVERIFY(dialogs_.messages.isEmpty());
     }
 
     void replaceAllIsOneUndoStep() {
@@ -157,6 +150,9 @@ private slots:
 
 private:
     frmTessary* windowWith(const QByteArray& text);
+    static std::pair<long, QByteArray> selection(frmTessary* w) {
+        return {w->txtMain->selStart(), w->txtMain->selText()};
+    }
     void edit(int item, const QStringList& answers = {}) {
         dialogs_.inputAnswers << answers;
         frame_->mnuEdit[item]->trigger();

@@ -145,7 +145,16 @@ private slots:
         for (const auto& m : dialogs_.messages)
             QCOMPARE((QList<int>{m.icon, m.buttons}), (QList<int>{ui::vbCritical, ui::vbOKOnly}));
         QCOMPARE(textOf(w), kScript);
-        QCOMPARE(frame_->cmbVarType->currentIndex(), 2); // the fields keep their contents
+        QCOMPARE(frame_->cmbVarType->currentIndex(), 2);                   // the fields keep their contents
+        const QByteArray endless = "symbols\r\nint a\r\n  end\r\nEND\r\n"; // no line starts with "end"
+        w->txtMain->setTextBytes(endless);
+        w->clearModified();
+        add(3, "b");
+        QCOMPARE(textOf(w), endless);
+        QVERIFY(!w->bMod);
+        QCOMPARE(dialogs_.messages.size(), 3);
+        QVERIFY(dialogs_.messages[2].text.contains("\"end\"") &&
+                dialogs_.messages[2].text.contains(w->Caption()));
     }
 
     void addSymbolWritesTheLine_data() {
@@ -159,8 +168,6 @@ private slots:
             << "int     x" + QByteArray(20, ' ') + "\r\n";
         QTest::newRow("every field, caret in the symbols stays")
             << "5" << true << "1" << 12 << "int     x=5" + QByteArray(15, ' ') + "local     linkid=1\r\n";
-        QTest::newRow("caret at the end line moves with it")
-            << "" << false << "" << kEndLine << "int     x" + QByteArray(20, ' ') + "\r\n";
     }
 
     void addSymbolWritesTheLine() {
@@ -185,18 +192,6 @@ private slots:
         QVERIFY(w->Caption().endsWith('*'));
         QVERIFY(dialogs_.messages.isEmpty());
         QCOMPARE(frame_->txtVarName->text(), QStringLiteral("x")); // the fields are not cleared
-    }
-
-    void addSymbolWithoutAnEndLine() {
-        const QByteArray text = "symbols\r\nint a\r\n  end\r\nEND\r\n";
-        frmTessary* w = openScript(text);
-        QVERIFY(w);
-        add(3, "b");
-        QCOMPARE(textOf(w), text);
-        QVERIFY(!w->bMod);
-        QCOMPARE(dialogs_.messages.size(), 1);
-        QVERIFY(dialogs_.messages[0].text.contains(QStringLiteral("\"end\"")));
-        QVERIFY(dialogs_.messages[0].text.contains(w->Caption()));
     }
 
     void addSymbolRebuildsTheExplorerShowingItsWindow_data() {
