@@ -82,24 +82,30 @@ private slots:
     }
 
     void explorerRebuild_data() {
-        QTest::addColumn<QByteArray>("caption");
-        QTest::addColumn<QByteArray>("chosen");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("chosen");
         QTest::addColumn<bool>("rebuild");
-        QTest::newRow("same window") << QByteArray("door.cog") << QByteArray("door.cog") << true;
-        QTest::newRow("same window, other case") << QByteArray("Door.cog") << QByteArray("door.COG") << true;
-        QTest::newRow("modified window") << QByteArray("door.cog*") << QByteArray("door.cog") << true;
-        QTest::newRow("another window") << QByteArray("door.cog") << QByteArray("lift.cog") << false;
-        QTest::newRow("modified, another window")
-            << QByteArray("door.cog*") << QByteArray("lift.cog") << false;
-        QTest::newRow("unmodified caption must equal")
-            << QByteArray("mydoor.cog") << QByteArray("door.cog") << false;
-        QTest::newRow("nothing chosen, modified") << QByteArray("door.cog*") << QByteArray("") << true;
-        QTest::newRow("nothing chosen, unmodified") << QByteArray("door.cog") << QByteArray("") << false;
+        QTest::newRow("same window") << "door.cog"
+                                     << "door.cog" << true;
+        QTest::newRow("same window, other case") << "Door.cog"
+                                                 << "door.COG" << true;
+        QTest::newRow("modified window") << "door.cog*"
+                                         << "door.cog" << true;
+        QTest::newRow("another window") << "door.cog"
+                                        << "lift.cog" << false;
+        QTest::newRow("modified, another window") << "door.cog*"
+                                                  << "lift.cog" << false;
+        QTest::newRow("unmodified caption must equal") << "mydoor.cog"
+                                                       << "door.cog" << false;
+        QTest::newRow("nothing chosen, modified") << "door.cog*"
+                                                  << "" << true;
+        QTest::newRow("nothing chosen, unmodified") << "door.cog"
+                                                    << "" << false;
     }
 
     void explorerRebuild() {
-        QFETCH(QByteArray, caption);
-        QFETCH(QByteArray, chosen);
+        QFETCH(QString, caption);
+        QFETCH(QString, chosen);
         QFETCH(bool, rebuild);
         QCOMPARE(cog::explorerShowsWindow(caption.toStdString(), chosen.toStdString()), rebuild);
     }
