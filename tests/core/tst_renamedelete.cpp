@@ -90,21 +90,13 @@ private slots:
         QCOMPARE(editor::applyEdit(c.text, r.edit), c.expected);
     }
 
-    void renameNodeLeavesTheSearchWhereTheSeriesStopped() {
+    // The edit and the search state a rename leaves are shown on the real tree; here the refusals.
+    void renameNodeRefusals() {
         const KeyedTree tree = scriptTree();
-        const auto r = cog::renameNode(kScript, tree, "int     count=0\r", "count=0", "total=0");
-        QCOMPARE(r.outcome, Ren::Renamed);
-        const QByteArray expected = QByteArray::fromStdString(kScript)
-                                        .replace("count=0", "total=0")
-                                        .replace("// count", "// total")
-                                        .replace("count = count", "total = total");
-        QCOMPARE(editor::applyEdit(kScript, r.edit), expected.toStdString()); // "recount(ax)" stays
-        QVERIFY(r.search);
-        QCOMPARE((std::tuple{r.search->word, r.search->replacement, r.search->ipos}),
-                 (std::tuple{S("count"), S("total"), Pos(0)}));
         QCOMPARE(cog::renameNode(kScript, tree, "root", "counter.cog", "x").outcome, Ren::Refused);
         QCOMPARE(cog::renameNode(kScript, tree, "no such key", "count", "x").outcome, Ren::Refused);
-        QVERIFY(cog::renameNode(kScript, tree, "int     ax\r", "ax", "ax").edit.isEmpty());
+        const auto same = cog::renameNode(kScript, tree, "int     ax\r", "ax", "ax");
+        QVERIFY(same.outcome == Ren::Renamed && same.edit.isEmpty());
     }
 
     void useCheck_data() {
