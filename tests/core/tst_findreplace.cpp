@@ -9,361 +9,205 @@
 
 using cog::Pos;
 using editor::Selection;
-
-Q_DECLARE_METATYPE(std::string)
-
-class tst_FindReplace : public QObject {
-    Q_OBJECT
-private slots:
-    void matchBrace_data();
-    void matchBrace();
-    void findWord_data();
-    void findWord();
-    void findNextWalksOverlappingOccurrences();
-    void replace_data();
-    void replace();
-    void nonEndingReplaceAll_data();
-    void nonEndingReplaceAll();
-    void replaceAllEqualsTheStepByStepSeries();
-    void editsCompose();
-    void forwardSearchAgreesWithFind();
-};
+using S = std::string;
 
 namespace {
 
 // The series read literally: search, change the whole text, search again one byte after the
-// start of the occurrence. Gives up after maxSteps steps and reports that it did not end.
+// start of the occurrence (or after the insertion). Gives up after maxSteps steps: ended = false.
 struct Literal {
-    std::string text;
-    std::optional<Selection> selection;
+    S text;
     Pos ipos = 0;
+    std::optional<Selection> selection;
     bool ended = true;
 };
 
-Literal literalSeries(std::string text, Pos ipos, const std::string& word, const std::string& repl, bool all,
-                      bool edges, bool restartAfterInsert = false, long maxSteps = -1) {
-    Literal l;
-    const auto w = static_cast<Pos>(word.size());
-    const auto rl = static_cast<Pos>(repl.size());
-    for (long step = 0;; ++step) {
-        if (maxSteps >= 0 && step > maxSteps) {
-            l.ended = false;
-            break;
-        }
-        const Pos r = word.empty() ? 0 : cog::find(ipos, text, word);
-        ipos = r;
+Literal literalSeries(S t, Pos ipos, const S& word, const S& repl, bool all, bool edges,
+                      bool restartAfterInsert = false, long maxSteps = -1) {
+    Literal l{std::move(t), ipos, std::nullopt};
+    const Pos w = static_cast<Pos>(word.size());
+    for (long step = 0; (l.ended = maxSteps < 0 || step <= maxSteps); ++step) {
+        const Pos r = l.ipos = word.empty() ? 0 : cog::find(l.ipos, l.text, word);
         if (r == 0 || (edges && r == 1)) break;
-        Pos restart = r + 1;
-        if (!edges) {
-            text.replace(static_cast<std::size_t>(r - 1), word.size(), repl);
-            l.selection = Selection{r - 1 + rl, 0};
-            if (restartAfterInsert) restart = r + rl;
+        const Pos s = edges ? r - 2 : r - 1, len = edges ? std::min<Pos>(w + 2, Pos(l.text.size()) - s) : w;
+        const char before = l.text[s], after = l.text[s + len - 1];
+        if (!edges || (len == w + 2 && cog::isBlank(before) && cog::isBlank(after))) {
+            const S ins = edges ? before + repl + after : repl;
+            l.text.replace(std::size_t(s), std::size_t(len), ins);
+            l.selection = Selection{s + Pos(ins.size()), 0};
         } else {
-            const Pos start = r - 2;
-            const Pos len = std::min<Pos>(w + 2, static_cast<Pos>(text.size()) - start);
-            const std::string sel =
-                text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(len));
-            if (len == w + 2 && cog::isBlank(sel.front()) && cog::isBlank(sel.back())) {
-                text.replace(static_cast<std::size_t>(start), static_cast<std::size_t>(len),
-                             sel.front() + repl + sel.back());
-                l.selection = Selection{start + rl + 2, 0};
-                if (restartAfterInsert) restart = r + rl;
-            } else {
-                l.selection = Selection{start, len};
-            }
+            l.selection = Selection{s, len};
         }
-        ipos = restart;
-        if (!all) {
-            ipos = r + 1;
-            break;
-        }
+        l.ipos = all && restartAfterInsert && l.selection->length == 0 ? r + Pos(repl.size()) : r + 1;
+        if (!all) break;
     }
-    l.text = std::move(text);
-    l.ipos = ipos;
     return l;
 }
 
-editor::ReplaceResult fast(const std::string& text, Pos ipos, const std::string& word,
-                           const std::string& repl, bool all, bool edges) {
-    return editor::replaceSeries(text, ipos, word, repl, all, edges);
-}
-
-QString show(const std::string& s) {
-    QString out;
-    for (char c : s)
-        out += c == '\r' ? QStringLiteral("\\r") : c == '\n' ? QStringLiteral("\\n") : QString(QChar(c));
-    return out;
-}
+struct ReplaceCase {
+    const char* name;
+    S text, word, repl, expected;
+    QByteArray mode;                                   // "one" or "all", "edges", "bounded"
+    int caret, ipos = 1, selLength = 0, iposAfter = 0; // caret -1: no selection set
+};
 
 } // namespace
 
-void tst_FindReplace::matchBrace_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("caret");
-    QTest::addColumn<int>("selStart");
-    QTest::addColumn<int>("selLength");
-    QTest::newRow("outer pair of nested braces") << QByteArray("{a{b}c}d") << 0 << 0 << 7;
-    QTest::newRow("inner pair of nested braces") << QByteArray("{a{b}c}d") << 2 << 2 << 3;
-    QTest::newRow("unbalanced: caret stays, nothing selected") << QByteArray("{a{b}c") << 0 << 0 << 0;
-    QTest::newRow("not on a brace: the character is selected") << QByteArray("x{}") << 0 << 0 << 1;
-    QTest::newRow("closing brace is not matched backwards") << QByteArray("{}") << 1 << 1 << 1;
-    QTest::newRow("caret at the end selects nothing") << QByteArray("ab{") << 3 << 3 << 0;
-    QTest::newRow("brace closed by the next character") << QByteArray("{}") << 0 << 0 << 2;
-    QTest::newRow("a later opening brace after the match") << QByteArray("{}{") << 0 << 0 << 2;
-    QTest::newRow("braces in a comment count") << QByteArray("{ // }\r\n}") << 0 << 0 << 6;
-    QTest::newRow("deep nesting") << QByteArray("x{{{{}}}}}") << 1 << 1 << 8;
-    QTest::newRow("lone opening brace") << QByteArray("{abc") << 0 << 0 << 0;
-    QTest::newRow("empty text") << QByteArray("") << 0 << 0 << 0;
-}
+Q_DECLARE_METATYPE(ReplaceCase)
 
-void tst_FindReplace::matchBrace() {
-    QFETCH(QByteArray, text);
-    QFETCH(int, caret);
-    QFETCH(int, selStart);
-    QFETCH(int, selLength);
-    const Selection s = editor::matchBrace(text.toStdString(), caret);
-    QCOMPARE(s.start, Pos(selStart));
-    QCOMPARE(s.length, Pos(selLength));
-}
+class tst_FindReplace : public QObject {
+    Q_OBJECT
+private slots:
 
-void tst_FindReplace::findWord_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("ipos");
-    QTest::addColumn<QByteArray>("word");
-    QTest::addColumn<int>("found");
-    QTest::newRow("case is ignored") << QByteArray("my cog and Cog") << 1 << QByteArray("COG") << 4;
-    QTest::newRow("next one from after the start")
-        << QByteArray("my cog and Cog") << 5 << QByteArray("COG") << 12;
-    QTest::newRow("none after the last") << QByteArray("my cog and Cog") << 13 << QByteArray("COG") << 0;
-    QTest::newRow("word at the very start") << QByteArray("cog x") << 1 << QByteArray("cog") << 1;
-    QTest::newRow("inside a longer word") << QByteArray("recount") << 1 << QByteArray("count") << 3;
-    QTest::newRow("absent word") << QByteArray("abc") << 1 << QByteArray("z") << 0;
-    QTest::newRow("empty word is never found") << QByteArray("abc") << 1 << QByteArray("") << 0;
-    QTest::newRow("start past the end") << QByteArray("abc") << 9 << QByteArray("c") << 0;
-}
-
-void tst_FindReplace::findWord() {
-    QFETCH(QByteArray, text);
-    QFETCH(int, ipos);
-    QFETCH(QByteArray, word);
-    QFETCH(int, found);
-    const auto r = editor::findWord(text.toStdString(), ipos, word.toStdString());
-    QCOMPARE(r.found, Pos(found));
-    QCOMPARE(r.ipos, found ? Pos(found + 1) : Pos(0));
-    if (found) QCOMPARE(r.selection, (Selection{found - 1, Pos(word.size())}));
-}
-
-void tst_FindReplace::findNextWalksOverlappingOccurrences() {
-    const std::string text = "aaa";
-    auto r = editor::findWord(text, 1, "aa");
-    QCOMPARE(r.found, Pos(1));
-    r = editor::findWord(text, r.ipos, "aa");
-    QCOMPARE(r.found, Pos(2));
-    r = editor::findWord(text, r.ipos, "aa");
-    QCOMPARE(r.found, Pos(0));
-}
-
-void tst_FindReplace::replace_data() {
-    QTest::addColumn<std::string>("text");
-    QTest::addColumn<int>("ipos");
-    QTest::addColumn<std::string>("word");
-    QTest::addColumn<std::string>("repl");
-    QTest::addColumn<bool>("all");
-    QTest::addColumn<bool>("edges");
-    QTest::addColumn<std::string>("expected");
-    QTest::addColumn<int>("caret"); // selection start afterwards, -1: unchanged
-    QTest::addColumn<int>("selLength");
-    QTest::addColumn<int>("iposAfter");
-    QTest::newRow("replace changes the first only")
-        << std::string("aXa") << 1 << std::string("a") << std::string("b") << false << false
-        << std::string("bXa") << 1 << 0 << 2;
-    QTest::newRow("replace all changes every one")
-        << std::string("aXa") << 1 << std::string("a") << std::string("b") << true << false
-        << std::string("bXb") << 3 << 0 << 0;
-    QTest::newRow("replace all, caret after the last")
-        << std::string("abab ab") << 1 << std::string("ab") << std::string("x") << true << false
-        << std::string("xx x") << 4 << 0 << 0;
-    QTest::newRow("case is ignored") << std::string("Ab aB") << 1 << std::string("ab") << std::string("c")
-                                     << true << false << std::string("c c") << 3 << 0 << 0;
-    QTest::newRow("overlapping occurrences, changed text searched again")
-        << std::string("aaa") << 1 << std::string("aa") << std::string("b") << true << false
-        << std::string("ba") << 1 << 0 << 0;
-    QTest::newRow("replacement ending in the word's start joins the next")
-        << std::string("abb") << 1 << std::string("ab") << std::string("xa") << true << false
-        << std::string("xxa") << 3 << 0 << 0;
-    QTest::newRow("replacement holding the word at its start ends")
-        << std::string("aXa") << 1 << std::string("a") << std::string("ab") << true << false
-        << std::string("abXab") << 5 << 0 << 0;
-    QTest::newRow("text ending in the word")
-        << std::string("x ax") << 1 << std::string("x") << std::string("yy") << true << false
-        << std::string("yy ayy") << 6 << 0 << 0;
-    QTest::newRow("nothing found: text and selection stay")
-        << std::string("abc") << 1 << std::string("z") << std::string("y") << true << false
-        << std::string("abc") << -1 << 0 << 0;
-    QTest::newRow("edge mode skips parts of longer words")
-        << std::string("a x bx x\r\n") << 2 << std::string("x") << std::string("y") << true << true
-        << std::string("a y bx y\r\n") << 9 << 0 << 0;
-    QTest::newRow("edge mode: word ending the text stays")
-        << std::string("a x x") << 2 << std::string("x") << std::string("y") << true << true
-        << std::string("a y x") << 3 << 2 << 0;
-    QTest::newRow("edge mode: occurrence at position 1 ends the series")
-        << std::string("x x ") << 1 << std::string("x") << std::string("y") << true << true
-        << std::string("x x ") << -1 << 0 << 1;
-    QTest::newRow("edge mode keeps tabs and line breaks beside it")
-        << std::string("\tcount\r\nn = count;\r\nrecount count\t") << 2 << std::string("count")
-        << std::string("total") << true << true << std::string("\ttotal\r\nn = count;\r\nrecount total\t")
-        << 34 << 0 << 0;
-    QTest::newRow("edge mode: single step that does not qualify selects the sides")
-        << std::string("a bx c") << 1 << std::string("x") << std::string("y") << false << true
-        << std::string("a bx c") << 2 << 3 << 5;
-    QTest::newRow("start in the middle skips earlier ones")
-        << std::string("a a a") << 2 << std::string("a") << std::string("b") << true << false
-        << std::string("a b b") << 5 << 0 << 0;
-    QTest::newRow("empty replacement deletes")
-        << std::string("a x b x") << 1 << std::string(" x") << std::string("") << true << false
-        << std::string("a b") << 3 << 0 << 0;
-}
-
-void tst_FindReplace::replace() {
-    QFETCH(std::string, text);
-    QFETCH(int, ipos);
-    QFETCH(std::string, word);
-    QFETCH(std::string, repl);
-    QFETCH(bool, all);
-    QFETCH(bool, edges);
-    QFETCH(std::string, expected);
-    QFETCH(int, caret);
-    QFETCH(int, selLength);
-    QFETCH(int, iposAfter);
-    const auto r = fast(text, ipos, word, repl, all, edges);
-    QCOMPARE(editor::applyEdit(text, r.edit), expected);
-    if (caret < 0) {
-        QVERIFY(!r.selection);
-    } else {
-        QVERIFY(r.selection);
-        QCOMPARE(*r.selection, (Selection{caret, selLength}));
+    // Match Brace (word "{") from the caret, Find Word from ipos: the selection left, -1 when nothing is
+    // found.
+    void selection_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QByteArray>("word");
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("selStart");
+        QTest::addColumn<int>("selLength");
+        const QByteArray nested("{a{b}c}d"), cogs("my cog and Cog"), brace("{");
+        QTest::newRow("brace: outer pair of nested braces") << nested << brace << 0 << 0 << 7;
+        QTest::newRow("brace: inner pair of nested braces") << nested << brace << 2 << 2 << 3;
+        QTest::newRow("brace: unbalanced, caret stays") << QByteArray("{a{b}c") << brace << 0 << 0 << 0;
+        QTest::newRow("brace: not on a brace, the character") << QByteArray("x{}") << brace << 0 << 0 << 1;
+        QTest::newRow("brace: closing brace not matched backwards")
+            << QByteArray("{}") << brace << 1 << 1 << 1;
+        QTest::newRow("brace: caret at the end") << QByteArray("ab{") << brace << 3 << 3 << 0;
+        QTest::newRow("brace: braces in a comment count")
+            << QByteArray("{ // }\r\n}") << brace << 0 << 0 << 6;
+        QTest::newRow("brace: deep nesting") << QByteArray("x{{{{}}}}}") << brace << 1 << 1 << 8;
+        QTest::newRow("find: case is ignored") << cogs << QByteArray("COG") << 1 << 3 << 3;
+        QTest::newRow("find: next one from after the start") << cogs << QByteArray("COG") << 5 << 11 << 3;
+        QTest::newRow("find: none after the last") << cogs << QByteArray("COG") << 13 << -1 << 0;
+        QTest::newRow("find: inside a longer word")
+            << QByteArray("recount") << QByteArray("count") << 1 << 2 << 5;
+        QTest::newRow("find: overlapping, first at 1")
+            << QByteArray("aaa") << QByteArray("aa") << 1 << 0 << 2;
+        QTest::newRow("find: overlapping, then at 2") << QByteArray("aaa") << QByteArray("aa") << 2 << 1 << 2;
+        QTest::newRow("find: overlapping, then none")
+            << QByteArray("aaa") << QByteArray("aa") << 3 << -1 << 0;
+        QTest::newRow("find: empty word never found") << QByteArray("abc") << QByteArray("") << 1 << -1 << 0;
+        QTest::newRow("find: start past the end") << QByteArray("abc") << QByteArray("c") << 9 << -1 << 0;
     }
-    QCOMPARE(r.ipos, Pos(iposAfter));
-    QVERIFY(!r.bounded);
-}
 
-void tst_FindReplace::nonEndingReplaceAll_data() {
-    QTest::addColumn<std::string>("text");
-    QTest::addColumn<std::string>("word");
-    QTest::addColumn<std::string>("repl");
-    QTest::addColumn<bool>("edges");
-    QTest::addColumn<std::string>("expected");
-    QTest::newRow("replacement ends with the word")
-        << std::string("aXa") << std::string("a") << std::string("ba") << false << std::string("baXba");
-    QTest::newRow("replacement doubles the word")
-        << std::string("aXa") << std::string("a") << std::string("aa") << false << std::string("aaXaa");
-    QTest::newRow("word in another case inside the replacement")
-        << std::string("cog Cog") << std::string("cog") << std::string("my COG") << false
-        << std::string("my COG my COG");
-    QTest::newRow("overlapping originals replaced once, left to right")
-        << std::string("aaa") << std::string("aa") << std::string("xaa") << false << std::string("xaaa");
-    QTest::newRow("edge mode, free-standing word inside the replacement")
-        << std::string(" x bx x\r\n") << std::string("x") << std::string("y x") << true
-        << std::string(" y x bx y x\r\n");
-}
-
-void tst_FindReplace::nonEndingReplaceAll() {
-    QFETCH(std::string, text);
-    QFETCH(std::string, word);
-    QFETCH(std::string, repl);
-    QFETCH(bool, edges);
-    QFETCH(std::string, expected);
-    QVERIFY(editor::replacementRecurs(word, repl, edges));
-    QVERIFY(!literalSeries(text, 1, word, repl, true, edges, false, 1000).ended);
-    const auto r = fast(text, 1, word, repl, true, edges);
-    QVERIFY(r.bounded);
-    QCOMPARE(editor::applyEdit(text, r.edit), expected);
-    QCOMPARE(r.ipos, Pos(0));
-    QCOMPARE(r.selection->start, Pos(expected.rfind(repl) + repl.size() + (edges ? 1 : 0)));
-}
-
-// Generated texts over a small alphabet, so that occurrences overlap, touch, differ in case and
-// meet the text's ends: the fast series must give exactly what the literal series gives wherever
-// that one ends, and must say `bounded` exactly where it does not.
-void tst_FindReplace::replaceAllEqualsTheStepByStepSeries() {
-    std::mt19937 rng(11);
-    const std::string alphabet = "aAb \n";
-    auto pick = [&](int maxLen, int minLen) {
-        std::string s;
-        const int len = minLen + static_cast<int>(rng() % static_cast<unsigned>(maxLen - minLen + 1));
-        for (int i = 0; i < len; ++i) s += alphabet[rng() % alphabet.size()];
-        return s;
-    };
-    int compared = 0, nonEnding = 0, changed = 0;
-    for (int round = 0; round < 30000; ++round) {
-        const std::string text = pick(18, 0);
-        const std::string word = pick(3, 1);
-        const std::string repl = pick(5, 0);
-        const bool edges = rng() % 2;
-        const bool all = rng() % 4 != 0;
-        const Pos ipos = static_cast<Pos>(rng() % (text.size() + 2));
-        const long limit = static_cast<long>((text.size() + 2) * (repl.size() + 2) * 4);
-        const Literal lit = literalSeries(text, ipos, word, repl, all, edges, false, limit);
-        const auto got = fast(text, ipos, word, repl, all, edges);
-        const Literal want = lit.ended ? lit : literalSeries(text, ipos, word, repl, all, edges, true);
-        const QString where = QStringLiteral("text \"%1\" word \"%2\" repl \"%3\" ipos %4 all %5 edges %6")
-                                  .arg(show(text), show(word), show(repl))
-                                  .arg(ipos)
-                                  .arg(all)
-                                  .arg(edges);
-        if (got.bounded == lit.ended) QFAIL(qPrintable("bounded mismatch: " + where));
-        const std::string result = editor::applyEdit(text, got.edit);
-        if (result != want.text)
-            QFAIL(qPrintable(where + " got \"" + show(result) + "\" want \"" + show(want.text) + "\""));
-        if (got.selection != want.selection) QFAIL(qPrintable("selection: " + where));
-        if (got.ipos != want.ipos) QFAIL(qPrintable("ipos: " + where));
-        ++compared;
-        nonEnding += !lit.ended;
-        changed += result != text;
+    void selection() {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, word);
+        QFETCH(int, from);
+        QFETCH(int, selStart);
+        QFETCH(int, selLength);
+        if (word == "{") {
+            QCOMPARE(editor::matchBrace(text.toStdString(), from), (Selection{selStart, selLength}));
+            return;
+        }
+        const auto r = editor::findWord(text.toStdString(), from, word.toStdString());
+        QCOMPARE(r.found, Pos(selStart + 1));
+        QCOMPARE(r.ipos,
+                 selStart < 0 ? Pos(0) : Pos(selStart + 2)); // Find Next goes on one byte after the start
+        if (selStart >= 0) QCOMPARE(r.selection, (Selection{selStart, selLength}));
     }
-    // The generator must reach the interesting cases, or the comparison proves little.
-    QVERIFY(nonEnding > 500);
-    QVERIFY(changed > 5000);
-    QCOMPARE(compared, 30000);
-}
 
-void tst_FindReplace::editsCompose() {
-    std::mt19937 rng(3);
-    for (int round = 0; round < 5000; ++round) {
-        std::string text(rng() % 12, 'a');
-        for (auto& c : text) c = static_cast<char>('a' + rng() % 5);
-        auto randomEdit = [&](const std::string& t) {
-            editor::TextEdit e;
-            e.start = static_cast<Pos>(rng() % (t.size() + 1));
-            e.removed = static_cast<Pos>(rng() % (t.size() - static_cast<std::size_t>(e.start) + 1));
-            e.inserted = std::string(rng() % 4, 'X');
-            return e;
+    void replace_data() {
+        QTest::addColumn<ReplaceCase>("c");
+        const ReplaceCase rows[] = {
+            {"replace changes the first only", "aXa", "a", "b", "bXa", "one", 1, 1, 0, 2},
+            {"replace all changes every one", "aXa", "a", "b", "bXb", "all", 3},
+            {"replace all, caret after the last", "abab ab", "ab", "x", "xx x", "all", 4},
+            {"overlapping occurrences, changed text searched again", "aaa", "aa", "b", "ba", "all", 1},
+            {"replacement ending in the word's start joins the next", "abb", "ab", "xa", "xxa", "all", 3},
+            {"replacement holding the word at its start ends", "aXa", "a", "ab", "abXab", "all", 5},
+            {"text ending in the word", "x ax", "x", "yy", "yy ayy", "all", 6},
+            {"nothing found: text and selection stay", "abc", "z", "y", "abc", "all", -1},
+            {"edge mode skips parts of longer words", "a x bx x\r\n", "x", "y", "a y bx y\r\n", "all edges",
+             9, 2},
+            {"edge mode: word ending the text stays", "a x x", "x", "y", "a y x", "all edges", 3, 2, 2},
+            {"edge mode: occurrence at position 1 ends the series", "x x ", "x", "y", "x x ", "all edges", -1,
+             1, 0, 1},
+            {"edge mode keeps tabs and line breaks beside it", "\tcount\r\nn = count;\r\nrecount count\t",
+             "count", "total", "\ttotal\r\nn = count;\r\nrecount total\t", "all edges", 34, 2},
+            {"edge mode: one step that does not qualify selects the sides", "a bx c", "x", "y", "a bx c",
+             "one edges", 2, 1, 3, 5},
+            {"bounded: replacement ends with the word", "aXa", "a", "ba", "baXba", "all bounded", 5},
+            {"bounded: replacement doubles the word", "aXa", "a", "aa", "aaXaa", "all bounded", 5},
+            {"bounded: word in another case in it", "cog Cog", "cog", "my COG", "my COG my COG",
+             "all bounded", 13},
+            {"bounded: overlapping originals once, left to right", "aaa", "aa", "xaa", "xaaa", "all bounded",
+             3},
+            {"bounded: free-standing word in it", " x bx x\r\n", "x", "y x", " y x bx y x\r\n",
+             "all edges bounded", 12},
         };
-        const auto first = randomEdit(text);
-        const std::string middle = editor::applyEdit(text, first);
-        const auto second = randomEdit(middle);
-        const auto both = editor::composeEdits(text, first, second);
-        QCOMPARE(editor::applyEdit(text, both), editor::applyEdit(middle, second));
+        for (const auto& c : rows) QTest::newRow(c.name) << c;
     }
-}
 
-// The forward finder, asked again and again from later places, must answer as a fresh search
-// would, for both cases of ASCII and Latin-1 letters.
-void tst_FindReplace::forwardSearchAgreesWithFind() {
-    std::mt19937 rng(5);
-    const std::string alphabet = "aAb\xC0\xE0\xD7\xF7 ";
-    for (int round = 0; round < 5000; ++round) {
-        std::string hay, needle;
-        for (int i = static_cast<int>(rng() % 40); i > 0; --i) hay += alphabet[rng() % alphabet.size()];
-        for (int i = 1 + static_cast<int>(rng() % 3); i > 0; --i) needle += alphabet[rng() % alphabet.size()];
-        editor::ForwardFinder finder(hay, needle);
-        for (std::size_t from = 0; from <= hay.size() + 1; from += 1 + rng() % 3) {
-            const Pos want = cog::find(static_cast<Pos>(from) + 1, hay, needle);
-            const std::size_t got = finder.next(from);
-            QCOMPARE(got == editor::ForwardFinder::npos ? Pos(0) : static_cast<Pos>(got) + 1, want);
+    // Bounded rows read literally never end: Replace All stops and changes each original once.
+    void replace() {
+        QFETCH(ReplaceCase, c);
+        const bool all = c.mode.contains("all"), edges = c.mode.contains("edges"),
+                   bounded = c.mode.contains("bounded");
+        if (bounded) {
+            QVERIFY(editor::replacementRecurs(c.word, c.repl, edges));
+            QVERIFY(!literalSeries(c.text, c.ipos, c.word, c.repl, true, edges, false, 1000).ended);
+        }
+        const auto r = editor::replaceSeries(c.text, c.ipos, c.word, c.repl, all, edges);
+        QCOMPARE(editor::applyEdit(c.text, r.edit), c.expected);
+        QCOMPARE(r.selection, c.caret < 0 ? std::nullopt : std::optional(Selection{c.caret, c.selLength}));
+        QCOMPARE(r.ipos, Pos(c.iposAfter));
+        QCOMPARE(r.bounded, bounded);
+    }
+
+    // Generated texts over a small alphabet, so that occurrences overlap, touch, differ in case and
+    // meet the text's ends: the fast series gives exactly what the literal series gives wherever that
+    // one ends, and says `bounded` exactly where it does not.
+    void replaceAllEqualsTheStepByStepSeries() {
+        std::mt19937 rng(11);
+        auto pick = [&](unsigned maxLen, unsigned minLen) {
+            S s(minLen + rng() % (maxLen - minLen + 1), ' ');
+            for (auto& c : s) c = "aAb \n"[rng() % 5];
+            return s;
+        };
+        int nonEnding = 0, changed = 0;
+        for (int round = 0; round < 30000; ++round) {
+            const S text = pick(18, 0), word = pick(3, 1), repl = pick(5, 0);
+            const bool edges = rng() % 2, all = rng() % 4 != 0;
+            const Pos ipos = static_cast<Pos>(rng() % (text.size() + 2));
+            const long limit = static_cast<long>((text.size() + 2) * (repl.size() + 2) * 4);
+            const Literal lit = literalSeries(text, ipos, word, repl, all, edges, false, limit);
+            const Literal want = lit.ended ? lit : literalSeries(text, ipos, word, repl, all, edges, true);
+            const auto got = editor::replaceSeries(text, ipos, word, repl, all, edges);
+            const S result = editor::applyEdit(text, got.edit);
+            const bool same = got.bounded != lit.ended && result == want.text &&
+                              got.selection == want.selection && got.ipos == want.ipos;
+            QVERIFY2(same,
+                     qPrintable(QString::fromLatin1(text + " | " + word + " | " + repl).replace("\n", "\\n") +
+                                QStringLiteral(" ipos %1 all %2 edges %3").arg(ipos).arg(all).arg(edges)));
+            nonEnding += !lit.ended;
+            changed += result != text;
+        }
+        // The generator must reach the interesting cases, or the comparison proves little.
+        QVERIFY(nonEnding > 500);
+        QVERIFY(changed > 5000);
+    }
+
+    // The forward finder, asked again and again from later places, answers as a fresh search would,
+    // for both cases of ASCII and Latin-1 letters.
+    void forwardSearchAgreesWithFind() {
+        std::mt19937 rng(5);
+        const S alphabet = "aAb\xC0\xE0\xD7\xF7 ";
+        for (int round = 0; round < 5000; ++round) {
+            S hay(rng() % 40, ' '), needle(1 + rng() % 3, ' ');
+            for (auto* s : {&hay, &needle})
+                for (auto& c : *s) c = alphabet[rng() % alphabet.size()];
+            editor::ForwardFinder finder(hay, needle);
+            for (std::size_t from = 0; from <= hay.size() + 1; from += 1 + rng() % 3) {
+                const std::size_t got = finder.next(from);
+                QCOMPARE(got == editor::ForwardFinder::npos ? Pos(0) : Pos(got) + 1,
+                         cog::find(Pos(from) + 1, hay, needle));
+            }
         }
     }
-}
+};
 
 QTEST_APPLESS_MAIN(tst_FindReplace)
 #include "tst_findreplace.moc"

@@ -12,22 +12,12 @@
 #include <QPushButton>
 
 namespace {
-
-const QByteArray kScript = "# counter\r\n"
-                           "symbols\r\n"
-                           "int     count=0\r\n"
-                           "int     ax\r\n"
-                           "thing   player\r\n"
-                           "message startup\r\n"
-                           "end\r\n"
-                           "code\r\n"
-                           "startup:\r\n"
-                           "  // count up\r\n"
-                           "  count = count + 1;\r\n"
-                           "  recount(ax); x; ax(1);\r\n"
-                           "  return;\r\n"
-                           "end\r\n";
-
+const QByteArray kScript =
+    "# counter\r\nsymbols\r\nint     count=0\r\nint     ax\r\nthing   player\r\n"
+    "message startup\r\nend\r\ncode\r\nstartup:\r\n  // count up\r\n  count = count + 1;\r\n"
+    "  recount(ax); x; ax(1);\r\n  return;\r\nend\r\n";
+const int kEndLine = int(kScript.indexOf("\nend") + 1);
+const std::string kCount = "int     count=0\r", kAx = "int     ax\r";
 } // namespace
 
 class tst_ExplorerTools : public QObject {
@@ -36,33 +26,233 @@ private slots:
     void init() { prepareTessaryTest(); }
     void cleanup() { stopTessary(); }
 
-    void renameByEditingTheLabel();
-    void renameOfANodeWithADefaultValue();
-    void abandonedOrImpossibleRenamesChangeNothing();
-    void deleteRemovesTheDeclarationLine();
-    void deleteOfTheLastSymbolRemovesItsGroup();
-    void deleteOfTheOnlyCommentRemovesTheMessageNode();
-    void deleteOfASymbolInUseIsRefused();
-    void deleteOpenCases();
-    void addSymbolFrameControls();
-    void addSymbolValidation();
-    void addSymbolWritesTheLine_data();
-    void addSymbolWritesTheLine();
-    void addSymbolWithoutAnEndLine();
-    void addSymbolRebuildsTheExplorerShowingItsWindow_data();
-    void addSymbolRebuildsTheExplorerShowingItsWindow();
+    // Free-standing later occurrences change; parts of longer words and "ax(" or "ax)" stay.
+    void renameByEditingTheLabel() {
+        frmTessary* w = openScript(kScript, true);
+        QVERIFY(w);
+        editLabel(kCount, QStringLiteral("total=0"));
+        QByteArray expected =
+            QByteArray(kScript).replace("count=0", "total=0").replace("// count", "// total");
+        QCOMPARE(textOf(w), expected.replace("count = count", "total = total"));
+        QCOMPARE(frame_->tvwCogE->node(kCount)->text, std::string("total=0"));
+        QCOMPARE(frame_->tvwCogE->itemFor(kCount)->text(0), QStringLiteral("total=0"));
+        QVERIFY(w->bMod);
+        QCOMPARE((QList<QByteArray>{w->sW, w->sR}), (QList<QByteArray>{"count", "total"}));
+        QCOMPARE(w->ipos, cog::Pos(0));
+        editLabel(kCount, QStringLiteral("total=7")); // starts from the label the node shows now
+        QCOMPARE(textOf(w), QByteArray(expected).replace("total=0", "total=7"));
+        w->txtMain->undo(); // one step each
+        QCOMPARE(textOf(w), expected);
+        editLabel(kAx, QStringLiteral("total"));
+        QCOMPARE(textOf(w), QByteArray(expected).replace("int     ax\r", "int     total\r"));
+    }
+
+    void abandonedOrImpossibleRenamesChangeNothing() {
+        frmTessary* w = openScript(kScript, true);
+        QVERIFY(w);
+        auto unchanged = [&](const std::string& key, const QString& label, bool commit = true) {
+            const QByteArray before = textOf(w);
+            const std::string shown = frame_->tvwCogE->node(key)->text;
+            editLabel(key, label, commit);
+            QCOMPARE(textOf(w), before);
+            QCOMPARE(frame_->tvwCogE->node(key)->text, shown);
+            QCOMPARE(frame_->tvwCogE->itemFor(key)->text(0), QString::fromStdString(shown));
+        };
+        unchanged(kAx, "abandoned", false);
+        unchanged("root", "renamed.cog");
+        unchanged(kAx, ""); // an emptied label
+        w->txtMain->setTextBytes(QByteArray(kScript).replace("player", "hero"));
+        w->clearModified();
+        unchanged("thing   player\r", "villain"); // the label no longer occurs
+        QVERIFY(!w->bMod);
+        mdlTessary::RefreshCogList(); // no window chosen any more
+        unchanged(kAx, "bx");
+        QVERIFY(dialogs_.messages.isEmpty());
+    }
+
+    // The Delete key on a node: the bytes removed from the text, the nodes that leave the tree.
+    void deleteKey_data() {
+        QTest::addColumn<QByteArray>("key");
+        QTest::addColumn<QByteArray>("removed"); // empty: the text and the tree stay
+        QTest::addColumn<QStringList>("gone");
+        QTest::addColumn<QStringList>("messages");
+        QTest::newRow("declaration line") << QByteArray("int     ax\r") << QByteArray("int     ax\r\n")
+                                          << QStringList{"int     ax\r"} << QStringList{};
+        QTest::newRow("last symbol of its type, with the group")
+            << QByteArray("thing   player\r") << QByteArray("thing   player\r\n")
+            << QStringList{"thing   player\r", "thing"} << QStringList{};
+        QTest::newRow("only comment of a message, with the message node")
+            << QByteArray("// count up") << QByteArray("// count up") << QStringList{"startup:"}
+            << QStringList{};
+        QTest::newRow("symbol in use") << QByteArray("int     count=0\r") << QByteArray() << QStringList{}
+                                       << QStringList{"Can not delete: symbol is present in code section"};
+        QTest::newRow("root") << QByteArray("root") << QByteArray() << QStringList{} << QStringList{};
+    }
+
+    void deleteKey() {
+        QFETCH(QByteArray, key);
+        QFETCH(QByteArray, removed);
+        QFETCH(QStringList, gone);
+        QFETCH(QStringList, messages);
+        frmTessary* w = openScript(kScript, true);
+        QVERIFY(w);
+        const auto nodes = frame_->tvwCogE->count();
+        pressKey(key.toStdString());
+        QCOMPARE(textOf(w), removed.isEmpty() ? kScript : QByteArray(kScript).replace(removed, ""));
+        QCOMPARE(w->bMod, !removed.isEmpty());
+        if (!removed.isEmpty()) QCOMPARE(w->txtMain->selStart(), long(kScript.indexOf(removed)));
+        if (gone.isEmpty()) QCOMPARE(frame_->tvwCogE->count(), nodes);
+        for (const auto& k : gone) QVERIFY(!frame_->tvwCogE->contains(k.toStdString()));
+        QCOMPARE(dialogs_.texts(), messages);
+        for (const auto& m : std::as_const(dialogs_.messages)) QVERIFY(criticalOk(m));
+    }
+
+    void deleteOpenCases() {
+        frmTessary* w = openScript(kScript, true);
+        QVERIFY(w);
+        pressKey(kAx);
+        const QByteArray once = textOf(w);
+        frame_->tvwCogE_KeyDown(46, 0);   // the current node was removed already
+        pressKey(kCount, Qt::Key_Insert); // another key does nothing
+        mdlTessary::RefreshCogList();     // no window chosen
+        pressKey("message startup\r");
+        QCOMPARE(textOf(w), once);
+        QVERIFY(frame_->tvwCogE->contains("message startup\r"));
+        QVERIFY(dialogs_.messages.isEmpty());
+    }
+
+    // The frame's controls, and the two checks before anything is written.
+    void addSymbolFrame() {
+        frmTessary* w = openScript();
+        QVERIFY(w);
+        QStringList items, types;
+        for (int i = 0; i < frame_->cmbVarType->count(); ++i) items << frame_->cmbVarType->itemText(i);
+        for (const auto& t : cog::symbolTypes()) types << QString::fromStdString(t);
+        QCOMPARE(items, types);
+        QCOMPARE(
+            (QStringList{frame_->fraAddSym->title(), frame_->cmbVarType->currentText(),
+                         frame_->cmdAddVar->text(), frame_->cmbVarType->toolTip(),
+                         frame_->txtVarName->toolTip(), frame_->txtDefVal->toolTip()}),
+            (QStringList{"Add Symbol", "Choose One...", "Add", "Choose the data type of the new variable",
+                         "ter the name of the variable to be created", "Enter the Default Value here"}));
+        QVERIFY(frame_->cmbVarType->currentIndex() == -1 && frame_->chkLocal->text().isEmpty() &&
+                !frame_->chkLocal->isChecked());
+        add(-1, "speed");
+        frame_->txtVarName->clear();
+        add(2, "");
+        QCOMPARE(dialogs_.texts(),
+                 (QStringList{"You must choose a type!", "You must enter the symbol name!"}));
+        for (const auto& m : std::as_const(dialogs_.messages)) QVERIFY(criticalOk(m));
+        QCOMPARE(textOf(w), kScript);
+        QCOMPARE(frame_->cmbVarType->currentIndex(), 2);                   // the fields keep their contents
+        const QByteArray endless = "symbols\r\nint a\r\n  end\r\nEND\r\n"; // no line starts with "end"
+        w->txtMain->setTextBytes(endless);
+        w->clearModified();
+        add(3, "b");
+        QCOMPARE(textOf(w), endless);
+        QVERIFY(!w->bMod);
+        QCOMPARE(dialogs_.messages.size(), 3);
+        QVERIFY(dialogs_.messages[2].text.contains("\"end\"") &&
+                dialogs_.messages[2].text.contains(w->Caption()));
+    }
+
+    void addSymbolWritesTheLine_data() {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("local");
+        QTest::addColumn<QString>("linkId");
+        QTest::addColumn<int>("caret");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("name only, caret in the code moves down")
+            << "" << false << "" << int(kScript.indexOf("return;"))
+            << "int     x" + QByteArray(20, ' ') + "\r\n";
+        QTest::newRow("every field, caret in the symbols stays")
+            << "5" << true << "1" << 12 << "int     x=5" + QByteArray(15, ' ') + "local     linkid=1\r\n";
+    }
+
+    void addSymbolWritesTheLine() {
+        QFETCH(QString, value);
+        QFETCH(bool, local);
+        QFETCH(QString, linkId);
+        QFETCH(int, caret);
+        QFETCH(QByteArray, line);
+        frmTessary* w = openScript();
+        QVERIFY(w);
+        w->txtMain->setSelStart(caret);
+        QTest::keyClicks(frame_->txtDefVal, value);
+        if (local)
+            QTest::mouseClick(frame_->chkLocal, Qt::LeftButton, {},
+                              QPoint(2, frame_->chkLocal->height() / 2));
+        QCOMPARE(frame_->chkLocal->isChecked(), local);
+        QTest::keyClicks(frame_->txtLinkID, linkId);
+        add(3, "x");
+        QCOMPARE(textOf(w), QByteArray(kScript).insert(kEndLine, line));
+        QCOMPARE(w->txtMain->selStart(), long(caret < kEndLine ? caret : caret + line.size()));
+        QCOMPARE(w->txtMain->selLength(), 0L);
+        QVERIFY(w->Caption().endsWith('*'));
+        QVERIFY(dialogs_.messages.isEmpty());
+        QCOMPARE(frame_->txtVarName->text(), QStringLiteral("x")); // the fields are not cleared
+    }
+
+    void addSymbolRebuildsTheExplorerShowingItsWindow_data() {
+        QTest::addColumn<QString>("shown"); // the tree chosen in cmbTvwSel
+        QTest::addColumn<int>("chosen");    // the window chosen in cmbCog afterwards (1-based, 0: none)
+        QTest::addColumn<bool>("modified"); // the window carries the modified mark before the Add
+        QTest::addColumn<bool>("rebuilt");
+        QTest::newRow("explorer shows the window") << "CogExplorer" << 1 << false << true;
+        QTest::newRow("explorer shows the modified window") << "CogExplorer" << 1 << true << true;
+        QTest::newRow("reference tree shown") << "CogRef" << 1 << false << false;
+        QTest::newRow("explorer shows another window") << "CogExplorer" << 2 << false << false;
+        QTest::newRow("no window chosen") << "CogExplorer" << 0 << false << false;
+    }
+
+    void addSymbolRebuildsTheExplorerShowingItsWindow() {
+        QFETCH(QString, shown);
+        QFETCH(int, chosen);
+        QFETCH(bool, modified);
+        QFETCH(bool, rebuilt);
+        frmTessary* w = openScript();
+        QVERIFY(w);
+        frame_->mnuFileNew_Click();
+        cogWindow(2)->txtMain->setTextBytes(kScript);
+        QVERIFY(showExplorer(w));
+        const std::string newKey = "int     speed" + std::string(20, ' ') + "\r";
+        QVERIFY(!frame_->tvwCogE->contains(newKey));
+        if (chosen == 0) mdlTessary::RefreshCogList();
+        if (chosen == 2) frame_->cmbCog->setCurrentIndex(1);
+        frame_->cmbTvwSel->setCurrentIndex(frame_->cmbTvwSel->findText(shown));
+        frame_->cmbTvwSel_Click();
+        if (modified) QTest::keyClick(w->txtMain, Qt::Key_Space);
+        mdlTessary::strCurCog = w->Tag;
+        add(3, "speed");
+        QVERIFY(textOf(w).contains(QByteArray::fromStdString(newKey)));
+        QCOMPARE(frame_->tvwCogE->contains(newKey), rebuilt);
+        QVERIFY(dialogs_.messages.isEmpty());
+    }
 
 private:
-    frmTessary* openScript(const QByteArray& text = kScript);
-    void showStructure(frmTessary* w);
+    frmTessary* openScript(const QByteArray& text = kScript, bool explorer = false);
+    bool showExplorer(frmTessary* w);
+    static bool criticalOk(const ScriptedDialogs::Shown& m) {
+        return m.icon == ui::vbCritical && m.buttons == ui::vbOKOnly && m.title == QStringLiteral("Tessary");
+    }
     void clickNode(const std::string& key);
     void editLabel(const std::string& key, const QString& text, bool commit = true);
+    void pressKey(const std::string& key, Qt::Key k = Qt::Key_Delete) {
+        clickNode(key);
+        QTest::keyClick(frame_->tvwCogE, k);
+    }
+    void add(int type, const QString& name) {
+        frame_->cmbVarType->setCurrentIndex(type);
+        QTest::keyClicks(frame_->txtVarName, name);
+        QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
+    }
 
     ScriptedDialogs dialogs_;
     frmMain* frame_ = nullptr;
 };
 
-frmTessary* tst_ExplorerTools::openScript(const QByteArray& text) {
+// Opens the text in a window; with `explorer`, the CogExplorer shows its structure, expanded.
+frmTessary* tst_ExplorerTools::openScript(const QByteArray& text, bool explorer) {
     dialogs_ = ScriptedDialogs();
     frame_ = startTessary(dialogs_);
     if (!frame_) return nullptr;
@@ -70,17 +260,16 @@ frmTessary* tst_ExplorerTools::openScript(const QByteArray& text) {
     w->txtMain->setTextBytes(text);
     w->clearModified();
     mdlTessary::strCurCog = w->Tag;
-    return w;
+    return !explorer || showExplorer(w) ? w : nullptr;
 }
 
-void tst_ExplorerTools::showStructure(frmTessary* w) {
+bool tst_ExplorerTools::showExplorer(frmTessary* w) {
     frame_->cmbTvwSel->setCurrentIndex(frame_->cmbTvwSel->findText(QStringLiteral("CogExplorer")));
     frame_->cmbTvwSel_Click();
     frame_->cmbCog->setCurrentIndex(mdlTessary::colCogs.indexOf(w->Tag) - 1);
     frame_->cmbCog_Click();
-    QVERIFY(frame_->tvwCogE->contains("int     count=0\r"));
-    QCOMPARE(frame_->tvwCogE->Tag, w->Tag);
     frame_->tvwCogE->expandAll();
+    return frame_->tvwCogE->contains(kCount) && frame_->tvwCogE->Tag == w->Tag;
 }
 
 void tst_ExplorerTools::clickNode(const std::string& key) {
@@ -108,295 +297,6 @@ void tst_ExplorerTools::editLabel(const std::string& key, const QString& text, b
     QTest::keyClicks(editor, text);
     QTest::keyClick(editor, commit ? Qt::Key_Return : Qt::Key_Escape);
     QCoreApplication::processEvents();
-}
-
-void tst_ExplorerTools::renameByEditingTheLabel() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    editLabel("int     ax\r", QStringLiteral("total"));
-    QByteArray expected = kScript;
-    expected.replace("int     ax\r", "int     total\r");
-    // Free-standing later occurrences change, parts of longer words and "ax(" or "ax)" stay.
-    QCOMPARE(textOf(w), expected);
-    QCOMPARE(frame_->tvwCogE->node("int     ax\r")->text, std::string("total"));
-    QCOMPARE(frame_->tvwCogE->itemFor("int     ax\r")->text(0), QStringLiteral("total"));
-    QVERIFY(w->bMod);
-    QCOMPARE(w->sW, QByteArray("ax"));
-    QCOMPARE(w->sR, QByteArray("total"));
-    QCOMPARE(w->ipos, cog::Pos(0));
-    w->txtMain->undo(); // one step
-    QCOMPARE(textOf(w), kScript);
-}
-
-void tst_ExplorerTools::renameOfANodeWithADefaultValue() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    editLabel("int     count=0\r", QStringLiteral("total=0"));
-    QByteArray expected = kScript;
-    expected.replace("count=0", "total=0");
-    expected.replace("// count up", "// total up");
-    expected.replace("count = count", "total = total");
-    QCOMPARE(textOf(w), expected);
-
-    // A second rename starts from the label the node shows now.
-    editLabel("int     count=0\r", QStringLiteral("total=7"));
-    expected.replace("total=0", "total=7");
-    QCOMPARE(textOf(w), expected);
-}
-
-void tst_ExplorerTools::abandonedOrImpossibleRenamesChangeNothing() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    editLabel("int     ax\r", QStringLiteral("abandoned"), false);
-    QCOMPARE(textOf(w), kScript);
-    QCOMPARE(frame_->tvwCogE->itemFor("int     ax\r")->text(0), QStringLiteral("ax"));
-
-    editLabel("root", QStringLiteral("renamed.cog"));
-    QCOMPARE(textOf(w), kScript);
-    QCOMPARE(frame_->tvwCogE->node("root")->text, w->Caption().toStdString());
-
-    editLabel("int     ax\r", QString()); // an emptied label
-    QCOMPARE(textOf(w), kScript);
-    QCOMPARE(frame_->tvwCogE->itemFor("int     ax\r")->text(0), QStringLiteral("ax"));
-
-    w->txtMain->setTextBytes(QByteArray(kScript).replace("player", "hero"));
-    w->clearModified();
-    editLabel("thing   player\r", QStringLiteral("villain")); // the label no longer occurs
-    QVERIFY(!textOf(w).contains("villain"));
-    QCOMPARE(frame_->tvwCogE->node("thing   player\r")->text, std::string("player"));
-    QVERIFY(!w->bMod);
-
-    mdlTessary::RefreshCogList(); // no window chosen any more
-    editLabel("int     ax\r", QStringLiteral("bx"));
-    QVERIFY(!textOf(w).contains("bx"));
-    QCOMPARE(frame_->tvwCogE->node("int     ax\r")->text, std::string("ax"));
-    QVERIFY(dialogs_.messages.isEmpty());
-}
-
-void tst_ExplorerTools::deleteRemovesTheDeclarationLine() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    clickNode("int     ax\r");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    QCOMPARE(textOf(w), QByteArray(kScript).replace("int     ax\r\n", ""));
-    QCOMPARE(w->txtMain->selStart(), long(kScript.indexOf("int     ax")));
-    QVERIFY(!frame_->tvwCogE->contains("int     ax\r"));
-    QVERIFY(frame_->tvwCogE->contains("int"));
-    QVERIFY(w->bMod);
-    QVERIFY(dialogs_.messages.isEmpty());
-}
-
-void tst_ExplorerTools::deleteOfTheLastSymbolRemovesItsGroup() {
-    frmTessary* w = openScript(QByteArray(kScript).replace("// count up", "// add one"));
-    QVERIFY(w);
-    showStructure(w);
-    clickNode("thing   player\r");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    QVERIFY(!textOf(w).contains("player"));
-    QVERIFY(!frame_->tvwCogE->contains("thing"));
-    QVERIFY(!frame_->tvwCogE->contains("thing   player\r"));
-}
-
-void tst_ExplorerTools::deleteOfTheOnlyCommentRemovesTheMessageNode() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    clickNode("// count up");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    QCOMPARE(textOf(w), QByteArray(kScript).replace("// count up", ""));
-    QVERIFY(!frame_->tvwCogE->contains("startup:"));
-    QVERIFY(frame_->tvwCogE->contains("code"));
-}
-
-void tst_ExplorerTools::deleteOfASymbolInUseIsRefused() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    const auto nodes = frame_->tvwCogE->count();
-    clickNode("int     count=0\r");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    QCOMPARE(dialogs_.messages.size(), 1);
-    QCOMPARE(dialogs_.messages[0].text, QStringLiteral("Can not delete: symbol is present in code section"));
-    QCOMPARE(dialogs_.messages[0].icon, int(ui::vbCritical));
-    QCOMPARE(dialogs_.messages[0].buttons, int(ui::vbOKOnly));
-    QCOMPARE(dialogs_.messages[0].title, QStringLiteral("Tessary"));
-    QCOMPARE(textOf(w), kScript);
-    QCOMPARE(frame_->tvwCogE->count(), nodes);
-    QVERIFY(!w->bMod);
-}
-
-void tst_ExplorerTools::deleteOpenCases() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    showStructure(w);
-    const auto nodes = frame_->tvwCogE->count();
-    clickNode("root");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    QCOMPARE(textOf(w), kScript);
-    QCOMPARE(frame_->tvwCogE->count(), nodes);
-
-    clickNode("int     ax\r");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    const QByteArray once = textOf(w);
-    frame_->tvwCogE_KeyDown(46, 0); // the current node was removed already
-    QCOMPARE(textOf(w), once);
-
-    // Another key does nothing.
-    clickNode("int     count=0\r");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Insert);
-    QCOMPARE(textOf(w), once);
-
-    mdlTessary::RefreshCogList(); // no window chosen
-    clickNode("message startup\r");
-    QTest::keyClick(frame_->tvwCogE, Qt::Key_Delete);
-    QCOMPARE(textOf(w), once);
-    QVERIFY(frame_->tvwCogE->contains("message startup\r"));
-    QVERIFY(dialogs_.messages.isEmpty());
-}
-
-void tst_ExplorerTools::addSymbolFrameControls() {
-    QVERIFY(openScript());
-    QCOMPARE(frame_->fraAddSym->title(), QStringLiteral("Add Symbol"));
-    QCOMPARE(frame_->cmbVarType->currentIndex(), -1);
-    QCOMPARE(frame_->cmbVarType->currentText(), QStringLiteral("Choose One..."));
-    QStringList items;
-    for (int i = 0; i < frame_->cmbVarType->count(); ++i) items << frame_->cmbVarType->itemText(i);
-    QStringList types;
-    for (const auto& t : cog::symbolTypes()) types << QString::fromStdString(t);
-    QCOMPARE(items, types);
-    QCOMPARE(frame_->cmbVarType->toolTip(), QStringLiteral("Choose the data type of the new variable"));
-    QCOMPARE(frame_->txtVarName->toolTip(), QStringLiteral("ter the name of the variable to be created"));
-    QCOMPARE(frame_->txtDefVal->toolTip(), QStringLiteral("Enter the Default Value here"));
-    QCOMPARE(frame_->cmdAddVar->text(), QStringLiteral("Add"));
-    QVERIFY(frame_->chkLocal->text().isEmpty());
-    QVERIFY(!frame_->chkLocal->isChecked());
-    QVERIFY(frame_->txtVarName->text().isEmpty() && frame_->txtDefVal->text().isEmpty() &&
-            frame_->txtLinkID->text().isEmpty());
-}
-
-void tst_ExplorerTools::addSymbolValidation() {
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    QTest::keyClicks(frame_->txtVarName, "speed");
-    QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
-    frame_->cmbVarType->setCurrentIndex(2);
-    frame_->txtVarName->clear();
-    QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
-    QCOMPARE(dialogs_.texts(), (QStringList{"You must choose a type!", "You must enter the symbol name!"}));
-    for (const auto& m : dialogs_.messages) {
-        QCOMPARE(m.icon, int(ui::vbCritical));
-        QCOMPARE(m.buttons, int(ui::vbOKOnly));
-        QCOMPARE(m.title, QStringLiteral("Tessary"));
-    }
-    QCOMPARE(textOf(w), kScript);
-    QCOMPARE(frame_->cmbVarType->currentIndex(), 2); // the fields keep their contents
-}
-
-void tst_ExplorerTools::addSymbolWritesTheLine_data() {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("local");
-    QTest::addColumn<QString>("linkId");
-    QTest::addColumn<int>("caret");
-    QTest::addColumn<QByteArray>("line");
-    const int endLine = static_cast<int>(kScript.indexOf("\nend") + 1);
-    const int inCode = static_cast<int>(kScript.indexOf("return;"));
-    QTest::newRow("name only, caret in the code moves down")
-        << 3 << "x"
-        << "" << false << "" << inCode << QByteArray("int     x" + QByteArray(20, ' ') + "\r\n");
-    QTest::newRow("every field, caret in the symbols stays")
-        << 3 << "x"
-        << "5" << true << "1" << 12
-        << QByteArray("int     x=5" + QByteArray(15, ' ') + "local     linkid=1\r\n");
-    QTest::newRow("caret at the end line moves with it")
-        << 2 << "speed"
-        << "" << false << "" << endLine << QByteArray("flex     speed" + QByteArray(20, ' ') + "\r\n");
-}
-
-void tst_ExplorerTools::addSymbolWritesTheLine() {
-    QFETCH(int, type);
-    QFETCH(QString, name);
-    QFETCH(QString, value);
-    QFETCH(bool, local);
-    QFETCH(QString, linkId);
-    QFETCH(int, caret);
-    QFETCH(QByteArray, line);
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    w->txtMain->setSelStart(caret);
-    frame_->cmbVarType->setCurrentIndex(type);
-    QTest::keyClicks(frame_->txtVarName, name);
-    QTest::keyClicks(frame_->txtDefVal, value);
-    if (local)
-        QTest::mouseClick(frame_->chkLocal, Qt::LeftButton, {}, QPoint(2, frame_->chkLocal->height() / 2));
-    QCOMPARE(frame_->chkLocal->isChecked(), local);
-    QTest::keyClicks(frame_->txtLinkID, linkId);
-    QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
-
-    const int at = static_cast<int>(kScript.indexOf("\nend") + 1);
-    QCOMPARE(textOf(w), QByteArray(kScript).insert(at, line));
-    QCOMPARE(w->txtMain->selStart(), long(caret < at ? caret : caret + line.size()));
-    QCOMPARE(w->txtMain->selLength(), 0L);
-    QVERIFY(w->Caption().endsWith('*'));
-    QVERIFY(dialogs_.messages.isEmpty());
-    QCOMPARE(frame_->txtVarName->text(), name); // the fields are not cleared
-}
-
-void tst_ExplorerTools::addSymbolWithoutAnEndLine() {
-    const QByteArray text = "symbols\r\nint a\r\n  end\r\nEND\r\n";
-    frmTessary* w = openScript(text);
-    QVERIFY(w);
-    frame_->cmbVarType->setCurrentIndex(3);
-    QTest::keyClicks(frame_->txtVarName, "b");
-    QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
-    QCOMPARE(textOf(w), text);
-    QVERIFY(!w->bMod);
-    QCOMPARE(dialogs_.messages.size(), 1);
-    QVERIFY(dialogs_.messages[0].text.contains(QStringLiteral("\"end\"")));
-    QVERIFY(dialogs_.messages[0].text.contains(w->Caption()));
-}
-
-void tst_ExplorerTools::addSymbolRebuildsTheExplorerShowingItsWindow_data() {
-    QTest::addColumn<QString>("shown"); // the tree chosen in cmbTvwSel
-    QTest::addColumn<int>("chosen");    // the window chosen in cmbCog afterwards (1-based, 0: none)
-    QTest::addColumn<bool>("modified"); // the window carries the modified mark before the Add
-    QTest::addColumn<bool>("rebuilt");
-    QTest::newRow("explorer shows the window") << "CogExplorer" << 1 << false << true;
-    QTest::newRow("explorer shows the modified window") << "CogExplorer" << 1 << true << true;
-    QTest::newRow("reference tree shown") << "CogRef" << 1 << false << false;
-    QTest::newRow("explorer shows another window") << "CogExplorer" << 2 << false << false;
-    QTest::newRow("no window chosen") << "CogExplorer" << 0 << false << false;
-}
-
-void tst_ExplorerTools::addSymbolRebuildsTheExplorerShowingItsWindow() {
-    QFETCH(QString, shown);
-    QFETCH(int, chosen);
-    QFETCH(bool, modified);
-    QFETCH(bool, rebuilt);
-    frmTessary* w = openScript();
-    QVERIFY(w);
-    frame_->mnuFileNew_Click();
-    cogWindow(2)->txtMain->setTextBytes(kScript);
-    showStructure(w);
-    const std::string newKey = "int     speed" + std::string(20, ' ') + "\r";
-    QVERIFY(!frame_->tvwCogE->contains(newKey));
-    if (chosen == 0) mdlTessary::RefreshCogList();
-    if (chosen == 2) frame_->cmbCog->setCurrentIndex(1);
-    frame_->cmbTvwSel->setCurrentIndex(frame_->cmbTvwSel->findText(shown));
-    frame_->cmbTvwSel_Click();
-    if (modified) QTest::keyClick(w->txtMain, Qt::Key_Space);
-    mdlTessary::strCurCog = w->Tag;
-    frame_->cmbVarType->setCurrentIndex(3);
-    QTest::keyClicks(frame_->txtVarName, "speed");
-    QTest::mouseClick(frame_->cmdAddVar, Qt::LeftButton);
-    QVERIFY(textOf(w).contains(QByteArray::fromStdString(newKey)));
-    QCOMPARE(frame_->tvwCogE->contains(newKey), rebuilt);
-    QVERIFY(dialogs_.messages.isEmpty());
 }
 
 QTEST_MAIN(tst_ExplorerTools)
