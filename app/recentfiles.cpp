@@ -73,7 +73,9 @@ std::string slotKey(int k) {
 }
 
 std::string slotCaption(int k, std::string_view title) {
-    std::string caption = "&" + std::to_string(k + 1) + " ";
+    std::string caption = "&";
+    caption += std::to_string(k + 1);
+    caption += ' ';
     for (char c : title) {
         if (c == '&') caption += '&';
         caption += c;

@@ -10,7 +10,10 @@ namespace reference {
 namespace {
 
 std::string quoted(std::string_view s) {
-    return "\"" + std::string(s) + "\"";
+    std::string q = "\"";
+    q += s;
+    q += '"';
+    return q;
 }
 
 } // namespace

@@ -37,7 +37,10 @@ private:
 // A piece of the file quoted in a message, cut short when long.
 std::string quoted(std::string_view s) {
     constexpr std::size_t kMax = 40;
-    return "\"" + std::string(s.substr(0, kMax)) + (s.size() > kMax ? "...\"" : "\"");
+    std::string q = "\"";
+    q += s.substr(0, kMax);
+    q += s.size() > kMax ? "...\"" : "\"";
+    return q;
 }
 
 ReadResult failure(long line, std::string problem) {
