@@ -8,11 +8,14 @@
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/frmTessary.h"
 
+#include <QApplication>
 #include <QCoreApplication>
+#include <QFile>
 #include <QList>
 #include <QMdiSubWindow>
 #include <QSettings>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QTest>
 
 struct ScriptedDialogs : ui::Dialogs {
@@ -101,3 +104,17 @@ inline frmTessary* cogWindow(int index) {
 inline QByteArray textOf(frmTessary* w) {
     return w->txtMain->textBytes();
 }
+
+// The entry of a widget test program: the settings store lives in a directory of its own, made
+// for this run, so running a test by hand never touches the user's own settings.
+#define TESSARY_TEST_MAIN(TestClass)                                                                         \
+    int main(int argc, char** argv) {                                                                        \
+        QTemporaryDir config;                                                                                \
+        if (!config.isValid()) return 1;                                                                     \
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));                                        \
+        QApplication app(argc, argv);                                                                        \
+        app.setAttribute(Qt::AA_Use96Dpi, true);                                                             \
+        TestClass test;                                                                                      \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                           \
+        return QTest::qExec(&test, argc, argv);                                                              \
+    }

@@ -220,5 +220,5 @@ void tst_CogExplorer::checkWindowListsFindingsOnce() {
     QVERIFY(!check);
 }
 
-QTEST_MAIN(tst_CogExplorer)
+TESSARY_TEST_MAIN(tst_CogExplorer)
 #include "tst_cogexplorer.moc"

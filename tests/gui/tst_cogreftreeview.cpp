@@ -186,5 +186,5 @@ void tst_CogRefTree::expandAndCollapseAll() {
     QVERIFY(!e->node("startup")->expanded);
 }
 
-QTEST_MAIN(tst_CogRefTree)
+TESSARY_TEST_MAIN(tst_CogRefTree)
 #include "tst_cogreftreeview.moc"

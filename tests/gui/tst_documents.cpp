@@ -315,5 +315,5 @@ void tst_Documents::printsTheTextToPdf() {
     QCOMPARE(lines.filter(QStringLiteral("end")).size(), 2);
 }
 
-QTEST_MAIN(tst_Documents)
+TESSARY_TEST_MAIN(tst_Documents)
 #include "tst_documents.moc"

@@ -172,5 +172,5 @@ frmTessary* tst_EditMenu::windowWith(const QByteArray& text) {
     return w;
 }
 
-QTEST_MAIN(tst_EditMenu)
+TESSARY_TEST_MAIN(tst_EditMenu)
 #include "tst_editmenu.moc"

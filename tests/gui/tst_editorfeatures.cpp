@@ -133,5 +133,5 @@ void tst_EditorFeatures::enterInsertsAPlainLineBreak() {
     QCOMPARE(box_->textBytes(), QByteArray("    if (x) {\r\n"));
 }
 
-QTEST_MAIN(tst_EditorFeatures)
+TESSARY_TEST_MAIN(tst_EditorFeatures)
 #include "tst_editorfeatures.moc"

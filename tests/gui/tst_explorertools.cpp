@@ -299,5 +299,5 @@ void tst_ExplorerTools::editLabel(const std::string& key, const QString& text, b
     QCoreApplication::processEvents();
 }
 
-QTEST_MAIN(tst_ExplorerTools)
+TESSARY_TEST_MAIN(tst_ExplorerTools)
 #include "tst_explorertools.moc"

@@ -301,5 +301,5 @@ void tst_Frame::windowMenuListsTheWindows() {
     QVERIFY(!windowList(frame).join(' ').contains(QStringLiteral("Cog 2")));
 }
 
-QTEST_MAIN(tst_Frame)
+TESSARY_TEST_MAIN(tst_Frame)
 #include "tst_frame.moc"

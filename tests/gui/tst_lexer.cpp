@@ -158,5 +158,5 @@ void tst_Lexer::verbsComeFromTheLoadedReference() {
     stopTessary();
 }
 
-QTEST_MAIN(tst_Lexer)
+TESSARY_TEST_MAIN(tst_Lexer)
 #include "tst_lexer.moc"

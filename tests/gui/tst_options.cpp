@@ -314,15 +314,6 @@ void tst_Options::helpMenuShowsTheAboutBoxModally() {
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-// The settings store lives in a directory of its own, made for this run.
-int main(int argc, char** argv) {
-    QTemporaryDir config;
-    if (!config.isValid()) return 1;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));
-    QApplication app(argc, argv);
-    app.setAttribute(Qt::AA_Use96Dpi, true);
-    tst_Options test;
-    return QTest::qExec(&test, argc, argv);
-}
+TESSARY_TEST_MAIN(tst_Options)
 
 #include "tst_options.moc"

@@ -259,5 +259,5 @@ void tst_TemplateWindow::templateFromTheCommandLineOpensTheWindow() {
     QVERIFY(dialogs_.messages.isEmpty());
 }
 
-QTEST_MAIN(tst_TemplateWindow)
+TESSARY_TEST_MAIN(tst_TemplateWindow)
 #include "tst_templatewindow.moc"

@@ -235,5 +235,5 @@ void tst_TypingAidKeys::keysOverSelection() {
     QCOMPARE(w->intParens, aidShown && helpShown(w) ? 1 : 0);
 }
 
-QTEST_MAIN(tst_TypingAidKeys)
+TESSARY_TEST_MAIN(tst_TypingAidKeys)
 #include "tst_typingaidkeys.moc"
