@@ -42,44 +42,31 @@ bool parseCaret(const std::string& s, long& caret) {
     return true;
 }
 
-int usageError(const std::string& message) {
-    std::cerr << "tessary-cli check: " << message << "\n" << kCheckUsage;
-    return 2;
-}
-
 } // namespace
 
 int runCheck(const Args& args) {
-    bool json = false;
-    bool optionsDone = false;
     long caret = 0;
-    std::vector<std::string> files;
-    for (std::size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (!optionsDone && a == "--") {
-            optionsDone = true;
-        } else if (!optionsDone && (a == "--help" || a == "-h")) {
-            std::cout << kCheckHelp;
-            return 0;
-        } else if (!optionsDone && a == "--json") {
-            json = true;
-        } else if (!optionsDone && (a == "--caret" || a.starts_with("--caret="))) {
-            std::string value;
-            if (a == "--caret") {
-                if (i + 1 == args.size()) return usageError("--caret needs a number");
-                value = args[++i];
-            } else {
-                value = a.substr(8);
+    const OptionHandler caretOption = [&caret](const Args& all, std::size_t& i, std::string& error) {
+        const std::string& a = all[i];
+        if (a != "--caret" && !a.starts_with("--caret=")) return false;
+        std::string value;
+        if (a == "--caret") {
+            if (i + 1 == all.size()) {
+                error = "--caret needs a number";
+                return true;
             }
-            if (!parseCaret(value, caret))
-                return usageError("--caret needs a caret index (0 or more), not '" + value + "'");
-        } else if (!optionsDone && a.size() > 1 && a[0] == '-') {
-            return usageError("unknown option '" + a + "'");
+            value = all[++i];
         } else {
-            files.push_back(a);
+            value = a.substr(8);
         }
-    }
-    if (files.empty()) return usageError("no file given");
+        if (!parseCaret(value, caret)) error = "--caret needs a caret index (0 or more), not '" + value + "'";
+        return true;
+    };
+    FileArgs parsed;
+    if (const auto status = parseFileArgs(args, "check", kCheckHelp, kCheckUsage, parsed, caretOption))
+        return *status;
+    const bool json = parsed.json;
+    const std::vector<std::string>& files = parsed.files;
 
     int status = 0;
     for (const std::string& file : files) {

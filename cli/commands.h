@@ -2,6 +2,9 @@
 // process exit status: 0 all well, 1 findings or skipped lines, 2 usage error or unreadable file.
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +16,20 @@ int runOutline(const Args& args);
 int runCheck(const Args& args);
 int runReference(const Args& args);
 int runGenerate(const Args& args);
+
+// The arguments of a command that reads files: --json, --help (or -h), "--" ending the options,
+// and the files.
+struct FileArgs {
+    bool json = false;
+    std::vector<std::string> files;
+};
+// Offered each other argument that starts with "-", with its index (which it may move past a value
+// it takes); false for an option it does not know, and error set for one it cannot take.
+using OptionHandler = std::function<bool(const Args& args, std::size_t& i, std::string& error)>;
+// Parses the arguments of the command `name`. The exit status when the command ends here (0 after
+// printing help, 2 after a usage error and the usage line), nothing when it goes on.
+std::optional<int> parseFileArgs(const Args& args, const char* name, const char* help, const char* usage,
+                                 FileArgs& parsed, const OptionHandler& option = {});
 
 // Reads a whole file as bytes; false (and a message on stderr naming the file) when it cannot.
 bool readFile(const std::string& path, std::string& bytes);

@@ -31,6 +31,34 @@ bool readFile(const std::string& path, std::string& bytes) {
     return true;
 }
 
+std::optional<int> parseFileArgs(const Args& args, const char* name, const char* help, const char* usage,
+                                 FileArgs& parsed, const OptionHandler& option) {
+    auto usageError = [&](const std::string& message) {
+        std::cerr << "tessary-cli " << name << ": " << message << "\n" << usage;
+        return 2;
+    };
+    bool optionsDone = false;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (optionsDone || a.size() < 2 || a[0] != '-') {
+            parsed.files.push_back(a);
+        } else if (a == "--") {
+            optionsDone = true;
+        } else if (a == "--help" || a == "-h") {
+            std::cout << help;
+            return 0;
+        } else if (a == "--json") {
+            parsed.json = true;
+        } else {
+            std::string error;
+            if (!option || !option(args, i, error)) return usageError("unknown option '" + a + "'");
+            if (!error.empty()) return usageError(error);
+        }
+    }
+    if (parsed.files.empty()) return usageError("no file given");
+    return std::nullopt;
+}
+
 } // namespace cli
 
 namespace {

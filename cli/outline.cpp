@@ -62,28 +62,11 @@ void reportStop(const std::string& file, std::string_view text, const cog::Explo
 } // namespace
 
 int runOutline(const Args& args) {
-    bool json = false;
-    bool optionsDone = false;
-    std::vector<std::string> files;
-    for (const std::string& a : args) {
-        if (!optionsDone && a == "--") {
-            optionsDone = true;
-        } else if (!optionsDone && (a == "--help" || a == "-h")) {
-            std::cout << kOutlineHelp;
-            return 0;
-        } else if (!optionsDone && a == "--json") {
-            json = true;
-        } else if (!optionsDone && a.size() > 1 && a[0] == '-') {
-            std::cerr << "tessary-cli outline: unknown option '" << a << "'\n" << kOutlineUsage;
-            return 2;
-        } else {
-            files.push_back(a);
-        }
-    }
-    if (files.empty()) {
-        std::cerr << "tessary-cli outline: no file given\n" << kOutlineUsage;
-        return 2;
-    }
+    FileArgs parsed;
+    if (const auto status = parseFileArgs(args, "outline", kOutlineHelp, kOutlineUsage, parsed))
+        return *status;
+    const bool json = parsed.json;
+    const std::vector<std::string>& files = parsed.files;
 
     int status = 0;
     for (const std::string& file : files) {

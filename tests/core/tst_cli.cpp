@@ -1,23 +1,12 @@
 // tessary-cli's outline and check commands, run as the real program on files of tests/data/cli.
+#include "runcli.h"
+
 #include <QtTest>
 
 namespace {
 
-struct Run {
-    int status = -1;
-    QByteArray out, err;
-};
-
-Run runCli(const QStringList& args) {
-    QProcess p;
-    p.setWorkingDirectory(TESSARY_TEST_DATA "/cli");
-    p.start(TESSARY_BIN_DIR "/tessary-cli", args);
-    Run r;
-    if (!p.waitForFinished(30000)) return r;
-    r.status = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = p.readAllStandardOutput();
-    r.err = p.readAllStandardError();
-    return r;
+CliRun runCli(const QStringList& args) {
+    return runTessaryCli(args, QStringLiteral(TESSARY_TEST_DATA "/cli"));
 }
 
 QJsonObject jsonLine(const QByteArray& line) {
@@ -79,7 +68,7 @@ void tst_Cli::plainOutput() {
     QFETCH(int, status);
     QFETCH(QByteArray, out);
     QFETCH(QByteArray, err);
-    const Run r = runCli(args.split(QLatin1Char(' ')));
+    const CliRun r = runCli(args.split(QLatin1Char(' ')));
     QCOMPARE(r.out, out);
     QCOMPARE(r.status, status);
     if (err.isEmpty())
@@ -103,7 +92,7 @@ void tst_Cli::outlineJson() {
     QFETCH(int, status);
     QFETCH(int, nodes);
     QFETCH(QString, stop);
-    const Run r = runCli({"outline", "--json", file});
+    const CliRun r = runCli({"outline", "--json", file});
     QCOMPARE(r.status, status);
     QCOMPARE(r.err, QByteArray());
     QCOMPARE(r.out.count('\n'), 1);
@@ -127,7 +116,7 @@ void tst_Cli::outlineJson() {
 }
 
 void tst_Cli::outlineJsonEscapes() {
-    const Run r = runCli({"outline", "--json", "accents.cog", "door.cog"});
+    const CliRun r = runCli({"outline", "--json", "accents.cog", "door.cog"});
     QCOMPARE(r.status, 0);
     const QList<QByteArray> lines = r.out.split('\n');
     QCOMPARE(lines.size(), 3); // two objects, then the final newline
@@ -141,7 +130,7 @@ void tst_Cli::outlineJsonEscapes() {
 }
 
 void tst_Cli::checkJson() {
-    const Run r = runCli({"check", "--json", "--caret", "7", "twice.cog", "upside.cog", "door.cog"});
+    const CliRun r = runCli({"check", "--json", "--caret", "7", "twice.cog", "upside.cog", "door.cog"});
     QCOMPARE(r.status, 1);
     QStringList got;
     for (const QByteArray& line : r.out.trimmed().split('\n')) {

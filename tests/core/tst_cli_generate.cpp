@@ -1,6 +1,7 @@
 // tessary-cli generate: the shipped templates generate well-formed COG files, values given on the
 // command line replace the defaults, and bad input ends with status 2 and a message.
 #include "cog/layout.h"
+#include "runcli.h"
 #include "templates/template.h"
 
 #include <QtTest>
@@ -25,16 +26,8 @@ private:
 
 namespace {
 
-struct Run {
-    int status = -1;
-    QByteArray out, err;
-};
-
-Run generate(const QStringList& args) {
-    QProcess p;
-    p.start(QStringLiteral(TESSARY_BIN_DIR "/tessary-cli"), QStringList{"generate"} + args);
-    if (!p.waitForFinished(30000) || p.exitStatus() != QProcess::NormalExit) return {};
-    return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
+CliRun generate(const QStringList& args) {
+    return runTessaryCli(QStringList{"generate"} + args);
 }
 
 } // namespace
@@ -65,7 +58,7 @@ void tst_CliGenerate::shippedTemplateGeneratesACog() {
     const QByteArray bytes = file.readAll();
     QVERIFY2(bytes.count('\n') == bytes.count("\r\n"), "lines end in CR LF");
 
-    const Run r = generate({path});
+    const CliRun r = generate({path});
     QCOMPARE(r.status, 0);
     QVERIFY(r.err.isEmpty());
     const QByteArray& cog = r.out;
@@ -111,7 +104,7 @@ void tst_CliGenerate::valuesFromTheCommandLine() {
     const QString path = write(
         "values.cgt",
         "2\r\nValue,Name\r\nDoor,title\r\n2.0,speed\r\nend\r\n# <%title%> at <%speed%> (<%Speed%>)\r\n");
-    const Run r = generate(QStringList{path} + settings);
+    const CliRun r = generate(QStringList{path} + settings);
     QCOMPARE(r.status, 0);
     QCOMPARE(r.out, expected);
 }
@@ -121,7 +114,7 @@ void tst_CliGenerate::writesBytesUnchanged() {
     body += QByteArray(1, '\0');
     body += "<%x%>no final line end";
     const QString path = write("bytes.cgt", "2\r\nV,N\r\n\x80\x81,x\r\nEND\r\n" + body);
-    const Run r = generate({path});
+    const CliRun r = generate({path});
     QCOMPARE(r.status, 0);
     QByteArray expected = body;
     expected.replace("<%x%>", "\x80\x81");
@@ -131,7 +124,7 @@ void tst_CliGenerate::writesBytesUnchanged() {
 void tst_CliGenerate::listsParameters() {
     const QString path = write("list.cgt", "3\r\nValue,Name,Description\r\n8,speed,How fast, in frames\r\n"
                                            "door.wav,sound,What it plays\r\nend\r\nbody");
-    const Run r = generate({"--list", path});
+    const CliRun r = generate({"--list", path});
     QCOMPARE(r.status, 0);
     QCOMPARE(r.out, QByteArray("Value     Name   Description\n"
                                "8         speed  How fast, in frames\n"
@@ -166,7 +159,7 @@ void tst_CliGenerate::refusesBadInput() {
     QFETCH(QStringList, args);
     QFETCH(QString, message);
     const QString path = write("bad.cgt", file);
-    const Run r = generate(QStringList{path} + args);
+    const CliRun r = generate(QStringList{path} + args);
     QCOMPARE(r.status, 2);
     QVERIFY(r.out.isEmpty());
     QVERIFY2(QString::fromLatin1(r.err).contains(message), r.err.constData());

@@ -1,4 +1,6 @@
 // tessary-cli reference, run as a program.
+#include "runcli.h"
+
 #include <QtTest>
 
 class tst_CliReference : public QObject {
@@ -12,13 +14,8 @@ private slots:
 
 namespace {
 
-struct Run {
-    int status = -1;
-    QByteArray out, err;
-};
-
 // Runs tessary-cli reference on a file holding `bytes` (none when null); "FILE" in args is its path.
-Run runReference(const QByteArray& bytes, QStringList args, QString* path = nullptr) {
+CliRun runReference(const QByteArray& bytes, QStringList args, QString* path = nullptr) {
     QTemporaryDir dir;
     const QString file = dir.filePath("ref.dat");
     QFile f(file);
@@ -26,14 +23,7 @@ Run runReference(const QByteArray& bytes, QStringList args, QString* path = null
     f.close();
     args.replaceInStrings("FILE", file);
     if (path) *path = file;
-    QProcess p;
-    p.start(TESSARY_BIN_DIR "/tessary-cli", QStringList{"reference"} + args);
-    Run r;
-    if (!p.waitForStarted() || !p.waitForFinished(30000)) return r;
-    r.status = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = p.readAllStandardOutput();
-    r.err = p.readAllStandardError();
-    return r;
+    return runTessaryCli(QStringList{"reference"} + args);
 }
 
 } // namespace
@@ -58,7 +48,7 @@ void tst_CliReference::exitStatusAndOutput() {
     QFETCH(QByteArray, tree);
     QFETCH(QList<int>, warnedLines);
     QString path;
-    const Run r = runReference(file, {"FILE"}, &path);
+    const CliRun r = runReference(file, {"FILE"}, &path);
     QCOMPARE(r.status, status);
     QCOMPARE(r.out, tree);
     const QList<QByteArray> lines = r.err.split('\n');
@@ -71,7 +61,7 @@ void tst_CliReference::exitStatusAndOutput() {
 
 void tst_CliReference::jsonListsNodesInIndexOrder() {
     QString path;
-    const Run r =
+    const CliRun r =
         runReference("t\r\n.G\r\nFoo(a)|Does | foo\r\n.H\r\nBar()|b\r\nEOF\r\n", {"--json", "FILE"}, &path);
     QCOMPARE(r.status, 0);
     QJsonParseError error;
@@ -90,7 +80,7 @@ void tst_CliReference::jsonListsNodesInIndexOrder() {
 
 void tst_CliReference::errorsGiveStatus2() {
     QString path;
-    const Run unreadable = runReference(QByteArray(), {"FILE"}, &path);
+    const CliRun unreadable = runReference(QByteArray(), {"FILE"}, &path);
     QCOMPARE(unreadable.status, 2);
     QVERIFY(unreadable.out.isEmpty());
     QVERIFY(unreadable.err.contains(path.toUtf8()));
