@@ -33,6 +33,12 @@ std::string_view CogTextBox::bytes() const {
     return {p, static_cast<std::size_t>(textLength())};
 }
 
+std::string_view CogTextBox::range(long start, long length) const {
+    if (length <= 0) return {};
+    const long p = SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(start), length);
+    return {reinterpret_cast<const char*>(p), static_cast<std::size_t>(length)};
+}
+
 QByteArray CogTextBox::textBytes() const {
     const std::string_view b = bytes();
     return QByteArray(b.data(), static_cast<qsizetype>(b.size()));

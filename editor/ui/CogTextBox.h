@@ -16,6 +16,9 @@ public:
 
     // The whole text without a copy; valid until the next edit.
     std::string_view bytes() const;
+    // The bytes [start, start + length) without a copy; valid until the next edit. Scintilla moves
+    // its gap only when the range straddles it, so this stays cheap on a large text.
+    std::string_view range(long start, long length) const;
     QByteArray textBytes() const;
     // Replaces the whole text (one change notification per edit; none when the text is equal).
     void setTextBytes(const QByteArray& bytes);

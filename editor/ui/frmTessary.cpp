@@ -88,10 +88,7 @@ void frmTessary::txtMain_Change(const editor::Edit& edit) {
     if (!caption_.endsWith(QLatin1Char('*'))) setCaption(caption_ + QLatin1Char('*'));
     const long size = txtMain->textLength();
     const editor::RangeReader read = [this](cog::Pos start, cog::Pos length) {
-        // A view of just these bytes: Scintilla moves its gap only when the range straddles it.
-        const long p = txtMain->SendScintilla(QsciScintillaBase::SCI_GETRANGEPOINTER,
-                                              static_cast<unsigned long>(start), static_cast<long>(length));
-        return std::string_view(reinterpret_cast<const char*>(p), static_cast<std::size_t>(length));
+        return txtMain->range(start, length);
     };
     lsym = editor::updateFirstOccurrence(lsym, "\nsymbols", size, edit, read);
     lsymend = editor::updateFirstOccurrence(lsymend, "\nend", size, edit, read);

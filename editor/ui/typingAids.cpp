@@ -48,14 +48,6 @@ int keyAscii(const QKeyEvent* e) {
     return c.unicode();
 }
 
-// A view of the text box's bytes [start, start + length) without copying the whole text.
-std::string_view rangeView(CogTextBox* t, long start, long length) {
-    if (length <= 0) return {};
-    const long p =
-        t->SendScintilla(QsciScintillaBase::SCI_GETRANGEPOINTER, static_cast<unsigned long>(start), length);
-    return std::string_view(reinterpret_cast<const char*>(p), static_cast<std::size_t>(length));
-}
-
 // The text from 1-based position lSpace up to and including the first CR at or after it (the
 // end of the text when none): all the pop-up's rules look at.
 std::string_view fromSpace(CogTextBox* t, long lSpace) {
@@ -74,7 +66,7 @@ std::string_view fromSpace(CogTextBox* t, long lSpace) {
             break;
         }
     }
-    return rangeView(t, start, end - start);
+    return t->range(start, end - start);
 }
 
 std::vector<std::string> itemTexts(const QTreeWidget* list) {
@@ -142,7 +134,7 @@ void frmTessary::SelectWord() {
         txtMain->SendScintilla(QsciScintillaBase::SCI_POSITIONFROMLINE, static_cast<unsigned long>(line));
     const long windowStart = lineStart > 0 ? lineStart - 1 : 0;
     const editor::Range r =
-        editor::selectWordRangeIn(rangeView(txtMain, windowStart, caret - windowStart), windowStart, caret);
+        editor::selectWordRangeIn(txtMain->range(windowStart, caret - windowStart), windowStart, caret);
     txtMain->setSelStart(r.start);
     txtMain->setSelLength(r.length);
 }
