@@ -187,8 +187,7 @@ frmTessary* NewCogWindow(const QString& path, const QString& title) {
     strCurCog = key;
 
     QFile defaults(programDirectory() + QStringLiteral("/default.cog"));
-    if (defaults.open(QIODevice::ReadOnly)) w->txtMain->setTextBytes(defaults.readAll());
-    w->txtMain->SendScintilla(QsciScintillaBase::SCI_EMPTYUNDOBUFFER);
+    if (defaults.open(QIODevice::ReadOnly)) w->txtMain->loadTextBytes(defaults.readAll());
     LoadMessages();
     ApplyFont(w);
     w->clearModified();
@@ -220,8 +219,7 @@ bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool 
                 ui::vbOKOnly, ui::vbCritical);
         return false;
     }
-    w->txtMain->setTextBytes(file.readAll());
-    w->txtMain->SendScintilla(QsciScintillaBase::SCI_EMPTYUNDOBUFFER);
+    w->txtMain->loadTextBytes(file.readAll());
     w->clearModified();
     RefreshCogList();
     return true;

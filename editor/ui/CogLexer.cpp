@@ -1,5 +1,7 @@
 #include "editor/ui/CogLexer.h"
 
+#include "editor/ui/CogTextBox.h"
+
 #include <Qsci/qsciscintilla.h>
 
 #include <QApplication>
@@ -131,13 +133,13 @@ void CogLexer::setEditor(QsciScintilla* editor) {
     disconnect(modified_);
     QsciLexerCustom::setEditor(editor);
     tracker_.reset();
-    if (editor) modified_ = connect(editor, &QsciScintillaBase::SCN_MODIFIED, this, &CogLexer::onModified);
+    if (auto* box = qobject_cast<CogTextBox*>(editor))
+        modified_ = connect(box, &CogTextBox::textEdited, this, &CogLexer::onEdited);
 }
 
-void CogLexer::onModified(int position, int modificationType, const char*, int length, int, int, int, int,
-                          int, int) {
-    if (modificationType & QsciScintillaBase::SC_MOD_INSERTTEXT) tracker_.inserted(position, length);
-    if (modificationType & QsciScintillaBase::SC_MOD_DELETETEXT) tracker_.deleted(position, length);
+void CogLexer::onEdited(const editor::Edit& edit) {
+    if (edit.deleted > 0) tracker_.deleted(edit.position, edit.deleted);
+    if (edit.inserted > 0) tracker_.inserted(edit.position, edit.inserted);
 }
 
 void CogLexer::restyleAll() {
@@ -151,6 +153,7 @@ void CogLexer::restyleAll() {
 void CogLexer::styleText(int start, int end) {
     QsciScintilla* ed = editor();
     if (!ed || end <= start) return;
+    if (auto* box = qobject_cast<CogTextBox*>(ed)) box->announceEdit(); // the tracker must know every edit
     using Sci = QsciScintillaBase;
     const auto lineStartAfter = [ed](long position) { // start of the line after the one holding position
         const long length = ed->SendScintilla(Sci::SCI_GETLENGTH);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "editor/coglexer.h"
+#include "editor/firstoccurrence.h"
 
 #include <Qsci/qscilexercustom.h>
 
@@ -32,8 +33,7 @@ public:
     void styleText(int start, int end) override;
 
 private:
-    void onModified(int position, int modificationType, const char* text, int length, int linesAdded,
-                    int line, int foldNow, int foldPrev, int token, int annotationLinesAdded);
+    void onEdited(const editor::Edit& edit);
     void restyleAll();
 
     editor::CogWords words_;

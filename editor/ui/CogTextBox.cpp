@@ -3,11 +3,31 @@
 #include <Qsci/qscicommand.h>
 #include <Qsci/qscicommandset.h>
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QUrl>
 
+namespace {
+
+// With no screen reader listening, a text box is a plain accessible widget. The component's own
+// accessible text interface, once created, turns the caret's byte offset into a count of the
+// characters before it after every caret move, which costs milliseconds per key in a large script.
+// Qt asks the newest factory first, so this one, installed after the component's, decides for
+// CogTextBox. While a screen reader is active, text boxes get the component's interface.
+QAccessibleInterface* plainAccessible(const QString& className, QObject* object) {
+    if (className != QLatin1String(CogTextBox::staticMetaObject.className()) || QAccessible::isActive())
+        return nullptr;
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::EditableText);
+}
+
+} // namespace
+
 CogTextBox::CogTextBox(QWidget* parent) : QsciScintilla(parent) {
+    static const bool accessibleFactoryInstalled = (QAccessible::installFactory(plainAccessible), true);
+    (void)accessibleFactoryInstalled;
     setUtf8(false);
     setEolMode(EolWindows);
     setEolVisibility(false);
@@ -16,7 +36,13 @@ CogTextBox::CogTextBox(QWidget* parent) : QsciScintilla(parent) {
     SendScintilla(SCI_SETPASTECONVERTENDINGS, 0UL, 0L);
     SendScintilla(SCI_SETHSCROLLBAR, 1UL, 0L);
     SendScintilla(SCI_SETVSCROLLBAR, 1UL, 0L);
-    SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MOD_INSERTTEXT | SC_MOD_DELETETEXT), 0L);
+    // Scintilla reports an edit before and after making it. Only the first report is asked for: the
+    // component answers each second one with an accessibility event that counts the characters
+    // from the start of the text to the edit, whether or not anyone listens, so every keystroke
+    // would cost time in proportion to the caret's offset. The edit is announced once the text
+    // holds it (announceEdit).
+    SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE),
+                  0L);
     // The frame's menus own these keys; Scintilla's own bindings would win while the editor has focus.
     for (const int key :
          {Qt::Key_B, Qt::Key_F, Qt::Key_R, Qt::Key_N, Qt::Key_O, Qt::Key_S, Qt::Key_P, Qt::Key_L}) {
@@ -54,6 +80,14 @@ void CogTextBox::setTextBytes(const QByteArray& bytes) {
     SendScintilla(SCI_CLEARALL);
     SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(bytes.size()), bytes.constData());
     SendScintilla(SCI_GOTOPOS, 0UL, 0L);
+    announceEdit();
+}
+
+void CogTextBox::loadTextBytes(const QByteArray& bytes) {
+    SendScintilla(SCI_SETUNDOCOLLECTION, 0UL, 0L);
+    setTextBytes(bytes);
+    SendScintilla(SCI_EMPTYUNDOBUFFER);
+    SendScintilla(SCI_SETUNDOCOLLECTION, 1UL, 0L);
 }
 
 long CogTextBox::selStart() const {
@@ -85,11 +119,43 @@ void CogTextBox::setSelText(const QByteArray& bytes) {
     SendScintilla(SCI_REPLACESEL, 0UL, "");
     SendScintilla(SCI_ADDTEXT, static_cast<unsigned long>(bytes.size()), bytes.constData());
     SendScintilla(SCI_ENDUNDOACTION);
+    announceEdit();
 }
 
 void CogTextBox::replaceRange(long start, long length, const QByteArray& bytes) {
     SendScintilla(SCI_SETTARGETRANGE, static_cast<unsigned long>(start), start + length);
     SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(bytes.size()), bytes.constData());
+    announceEdit();
+}
+
+void CogTextBox::undo() {
+    QsciScintilla::undo();
+    announceEdit();
+}
+
+void CogTextBox::redo() {
+    QsciScintilla::redo();
+    announceEdit();
+}
+
+void CogTextBox::announceEdit() {
+    if (!pendingEdit_) return;
+    const editor::Edit edit = *pendingEdit_;
+    pendingEdit_.reset();
+    emit textEdited(edit);
+}
+
+bool CogTextBox::event(QEvent* event) {
+    const QPointer<CogTextBox> alive(this); // the event may be the one that deletes the box
+    const bool handled = QsciScintilla::event(event);
+    if (alive) announceEdit();
+    return handled;
+}
+
+bool CogTextBox::viewportEvent(QEvent* event) {
+    const bool handled = QsciScintilla::viewportEvent(event);
+    announceEdit();
+    return handled;
 }
 
 void CogTextBox::keyPressEvent(QKeyEvent* event) {
@@ -106,6 +172,18 @@ bool CogTextBox::canInsertFromMimeData(const QMimeData* source) const {
 
 void CogTextBox::onModified(int position, int modificationType, const char*, int length, int, int, int, int,
                             int, int) {
-    if (modificationType & SC_MOD_INSERTTEXT) emit textEdited({position, 0, length});
-    if (modificationType & SC_MOD_DELETETEXT) emit textEdited({position, length, 0});
+    const bool inserting = modificationType & SC_MOD_BEFOREINSERT;
+    if (!inserting && !(modificationType & SC_MOD_BEFOREDELETE)) return;
+    announceEdit(); // the text now holds the previous edit and nothing after it
+    pendingEdit_ = inserting ? editor::Edit{position, 0, length} : editor::Edit{position, length, 0};
+    if (!announceQueued_) {
+        announceQueued_ = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                announceQueued_ = false;
+                announceEdit();
+            },
+            Qt::QueuedConnection);
+    }
 }

@@ -7,6 +7,7 @@
 #include <Qsci/qsciscintilla.h>
 
 #include <functional>
+#include <optional>
 #include <string_view>
 
 class CogTextBox : public QsciScintilla {
@@ -22,6 +23,9 @@ public:
     QByteArray textBytes() const;
     // Replaces the whole text (one change notification per edit; none when the text is equal).
     void setTextBytes(const QByteArray& bytes);
+    // Replaces the whole text as opening a file does: nothing to undo afterwards, and no undo
+    // history built on the way, which on a large file costs as much memory as the text itself.
+    void loadTextBytes(const QByteArray& bytes);
     long textLength() const;
 
     // Caret index (0-based byte offset); setting it empties the selection.
@@ -38,11 +42,22 @@ public:
     // Called before the editor handles a key; returning true swallows the key.
     std::function<bool(QKeyEvent*)> keyHook;
 
+    // Emits textEdited for an edit made but not yet announced. Every edit is announced once the
+    // text holds it: when the next edit begins, when the input event that made it has been handled,
+    // before the calls of this class return, before the text is coloured, and otherwise from the
+    // event loop. Code that edits through SendScintilla and reads the result at once calls this.
+    void announceEdit();
+
+    void undo() override;
+    void redo() override;
+
 signals:
     // The text changed: at byte offset edit.position, edit.deleted bytes went and edit.inserted came.
     void textEdited(const editor::Edit& edit);
 
 protected:
+    bool event(QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     // Files dragged from a file manager are not inserted as text: the drop passes on to the
     // frame, which opens the first file.
@@ -51,4 +66,7 @@ protected:
 private:
     void onModified(int position, int modificationType, const char* text, int length, int linesAdded,
                     int line, int foldNow, int foldPrev, int token, int annotationLinesAdded);
+
+    std::optional<editor::Edit> pendingEdit_;
+    bool announceQueued_ = false;
 };

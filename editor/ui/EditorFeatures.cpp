@@ -20,10 +20,13 @@ QColor blend(const QColor& a, const QColor& b, double weightOfB) {
                             static_cast<float>(a.blueF() * (1 - weightOfB) + b.blueF() * weightOfB));
 }
 
+int lineNumberDigits(const CogTextBox* box) {
+    return std::max(3, int(QString::number(std::max(1, box->lines())).size()));
+}
+
 // Room for the digits of the last line number plus one, never fewer than four.
-void fitLineNumberMargin(CogTextBox* box) {
-    const int digits = QString::number(std::max(1, box->lines())).size();
-    box->setMarginWidth(lineNumberMargin, QString(std::max(3, digits) + 1, QLatin1Char('9')));
+void fitLineNumberMargin(CogTextBox* box, int digits) {
+    box->setMarginWidth(lineNumberMargin, QString(digits + 1, QLatin1Char('9')));
 }
 
 } // namespace
@@ -42,8 +45,10 @@ void install(CogTextBox* box) {
     box->setMarginsBackgroundColor(palette.color(QPalette::Window));
     box->setMarginsForegroundColor(
         blend(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.35));
-    fitLineNumberMargin(box);
-    QObject::connect(box, &QsciScintilla::linesChanged, box, [box] { fitLineNumberMargin(box); });
+    fitLineNumberMargin(box, lineNumberDigits(box));
+    QObject::connect(box, &CogTextBox::textEdited, box, [box, digits = lineNumberDigits(box)]() mutable {
+        if (const int now = lineNumberDigits(box); now != digits) fitLineNumberMargin(box, digits = now);
+    });
 
     box->setCaretForegroundColor(text);
     box->setCaretLineVisible(true);
@@ -66,7 +71,7 @@ void applyFont(CogTextBox* box, const QFont& font) {
     // With a lexer the editor takes its styles' fonts from the lexer and leaves the widget's own
     // font as it was; keep that one the editor font too, for whoever reads it.
     box->QWidget::setFont(font);
-    fitLineNumberMargin(box);
+    fitLineNumberMargin(box, lineNumberDigits(box));
 }
 
 } // namespace editorfeatures

@@ -1,7 +1,9 @@
 // What the editor shows besides the text: line numbers in the editor font and the brace pair at
-// the caret; Undo and Redo from the Edit menu; Enter's plain line break.
+// the caret; Undo and Redo from the Edit menu; Enter's plain line break; every kind of edit
+// reaching the window's change handler.
 #include "harness.h"
 
+#include <QClipboard>
 #include <QComboBox>
 #include <QImage>
 #include <QMenu>
@@ -17,6 +19,9 @@ private slots:
     void bracePairAtTheCaretIsHighlighted();
     void undoRedoFromTheEditMenu();
     void enterInsertsAPlainLineBreak();
+    void everyEditReachesTheChangeHandler_data();
+    void everyEditReachesTheChangeHandler();
+    void openedFileHasNothingToUndo();
 
 private:
     ScriptedDialogs dialogs_;
@@ -131,6 +136,92 @@ void tst_EditorFeatures::enterInsertsAPlainLineBreak() {
     box_->setSelStart(box_->textLength());
     QTest::keyClick(box_, Qt::Key_Return);
     QCOMPARE(box_->textBytes(), QByteArray("    if (x) {\r\n"));
+}
+
+enum class EditKind { Key, Backspace, Paste, MenuUndo, MenuRedo, SelText, ReplaceRange, DirectCall };
+Q_DECLARE_METATYPE(EditKind)
+
+void tst_EditorFeatures::everyEditReachesTheChangeHandler_data() {
+    QTest::addColumn<EditKind>("kind");
+    QTest::addColumn<int>("caret");
+    // "# s\r\nsymbols\r\nint a\r\nend\r\ncode\r\nend\r\n": LF + "symbols" at offset 4, LF + "end" at 20.
+    QTest::newRow("a letter before the symbols line") << EditKind::Key << 5;
+    QTest::newRow("Backspace joins the symbols line") << EditKind::Backspace << 5;
+    QTest::newRow("Backspace joins the end line") << EditKind::Backspace << 21;
+    QTest::newRow("pasted line break") << EditKind::Paste << 14;
+    QTest::newRow("Undo from the menu") << EditKind::MenuUndo << 5;
+    QTest::newRow("Redo from the menu") << EditKind::MenuRedo << 5;
+    QTest::newRow("selection replaced by a call") << EditKind::SelText << 0;
+    QTest::newRow("range replaced by a call") << EditKind::ReplaceRange << 19;
+    QTest::newRow("Scintilla message, then the event loop") << EditKind::DirectCall << 0;
+}
+
+void tst_EditorFeatures::everyEditReachesTheChangeHandler() {
+    QFETCH(EditKind, kind);
+    QFETCH(int, caret);
+    frmTessary* w = cogWindow(1);
+    box_->loadTextBytes("# s\r\nsymbols\r\nint a\r\nend\r\ncode\r\nend\r\n");
+    w->clearModified();
+    box_->setFocus();
+    box_->setSelStart(caret);
+    if (kind == EditKind::MenuUndo || kind == EditKind::MenuRedo) {
+        QTest::keyClick(box_, Qt::Key_Backspace);
+        w->clearModified();
+    }
+    if (kind == EditKind::MenuRedo) {
+        frame_->mnuEditUndo->trigger();
+        w->clearModified();
+    }
+
+    switch (kind) {
+    case EditKind::Key:
+        QTest::keyClick(box_, Qt::Key_X);
+        break;
+    case EditKind::Backspace:
+        QTest::keyClick(box_, Qt::Key_Backspace);
+        break;
+    case EditKind::Paste:
+        QGuiApplication::clipboard()->setText(QStringLiteral("\r\nend"));
+        QTest::keyClick(box_, Qt::Key_V, Qt::ControlModifier);
+        break;
+    case EditKind::MenuUndo:
+        frame_->mnuEditUndo->trigger();
+        break;
+    case EditKind::MenuRedo:
+        frame_->mnuEditRedo->trigger();
+        break;
+    case EditKind::SelText:
+        box_->setSelText("\r\nend");
+        break;
+    case EditKind::ReplaceRange:
+        box_->replaceRange(caret, 5, "\r\nsymbols");
+        break;
+    case EditKind::DirectCall:
+        send(box_, QsciScintillaBase::SCI_INSERTTEXT, 0UL, reinterpret_cast<long>("\r\nsymbols"));
+        QCoreApplication::processEvents();
+        break;
+    }
+
+    const QByteArray text = textOf(w);
+    const std::string_view bytes(text.constData(), std::size_t(text.size()));
+    QVERIFY(w->bMod);
+    QVERIFY(w->Caption().endsWith(QLatin1Char('*')));
+    QCOMPARE(w->lsym, cog::find(1, bytes, "\nsymbols"));
+    QCOMPARE(w->lsymend, cog::find(1, bytes, "\nend"));
+}
+
+void tst_EditorFeatures::openedFileHasNothingToUndo() {
+    const QString path = QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).filePath(QStringLiteral("opened.cog"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("symbols\r\nend\r\n");
+    file.close();
+    mdlTessary::OpenCogFile(path);
+    frmTessary* w = mdlTessary::currentCog();
+    QVERIFY(w && w != cogWindow(1));
+    frame_->mnuEditUndo->trigger();
+    QCOMPARE(textOf(w), QByteArray("symbols\r\nend\r\n"));
+    QVERIFY(!w->bMod);
 }
 
 TESSARY_TEST_MAIN(tst_EditorFeatures)
