@@ -187,7 +187,7 @@ frmTessary* NewCogWindow(const QString& path, const QString& title) {
     strCurCog = key;
 
     QFile defaults(programDirectory() + QStringLiteral("/default.cog"));
-    if (defaults.open(QIODevice::ReadOnly)) w->txtMain->loadTextBytes(defaults.readAll());
+    if (defaults.open(QIODevice::ReadOnly)) w->txtMain->loadFrom(defaults);
     LoadMessages();
     ApplyFont(w);
     w->clearModified();
@@ -211,15 +211,14 @@ bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool 
     w->strFile = path;
     w->strFileTitle = title;
     QFile file(path);
-    if (QFileInfo(path).isDir() || !file.open(QIODevice::ReadOnly)) {
+    const bool isDir = QFileInfo(path).isDir();
+    if (isDir || !file.open(QIODevice::ReadOnly) || !w->txtMain->loadFrom(file)) {
         if (reportFailure)
-            ui::MsgBox(
-                QStringLiteral("Could not open ") + path + QStringLiteral(": ") +
-                    (QFileInfo(path).isDir() ? QStringLiteral("it is a directory") : file.errorString()),
-                ui::vbOKOnly, ui::vbCritical);
+            ui::MsgBox(QStringLiteral("Could not open ") + path + QStringLiteral(": ") +
+                           (isDir ? QStringLiteral("it is a directory") : file.errorString()),
+                       ui::vbOKOnly, ui::vbCritical);
         return false;
     }
-    w->txtMain->loadTextBytes(file.readAll());
     w->clearModified();
     RefreshCogList();
     return true;

@@ -83,11 +83,26 @@ void CogTextBox::setTextBytes(const QByteArray& bytes) {
     announceEdit();
 }
 
-void CogTextBox::loadTextBytes(const QByteArray& bytes) {
+bool CogTextBox::loadFrom(QIODevice& device) {
     SendScintilla(SCI_SETUNDOCOLLECTION, 0UL, 0L);
-    setTextBytes(bytes);
+    SendScintilla(SCI_CLEARALL);
+    if (const qint64 size = device.size(); size > 0 && !device.isSequential())
+        SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(size) + 1, 0L); // no regrowing on the way
+    QByteArray block(1 << 20, Qt::Uninitialized);
+    bool ok = true;
+    for (qint64 n; (n = device.read(block.data(), block.size())) != 0;) {
+        if (n < 0) {
+            ok = false;
+            SendScintilla(SCI_CLEARALL);
+            break;
+        }
+        SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(n), block.constData());
+    }
     SendScintilla(SCI_EMPTYUNDOBUFFER);
     SendScintilla(SCI_SETUNDOCOLLECTION, 1UL, 0L);
+    SendScintilla(SCI_GOTOPOS, 0UL, 0L);
+    announceEdit();
+    return ok;
 }
 
 long CogTextBox::selStart() const {

@@ -23,9 +23,11 @@ public:
     QByteArray textBytes() const;
     // Replaces the whole text (one change notification per edit; none when the text is equal).
     void setTextBytes(const QByteArray& bytes);
-    // Replaces the whole text as opening a file does: nothing to undo afterwards, and no undo
-    // history built on the way, which on a large file costs as much memory as the text itself.
-    void loadTextBytes(const QByteArray& bytes);
+    // Replaces the whole text with what the device reads, as opening a file does: nothing to undo
+    // afterwards. The bytes pass to the editor in blocks, so a large file is never held twice, and
+    // no undo history is built on the way. False when reading fails (the device's errorString says
+    // why); the text is then empty.
+    bool loadFrom(QIODevice& device);
     long textLength() const;
 
     // Caret index (0-based byte offset); setting it empties the selection.

@@ -71,6 +71,8 @@ void tst_Documents::roundTripKeepsEveryByte_data() {
     QTest::newRow("NUL byte kept") << QByteArray("sym\0bols\r\nend", 14);
     QTest::newRow("8-bit bytes kept") << QByteArray("# caf\xe9 \x80 \xff\r\nend");
     QTest::newRow("empty file") << QByteArray();
+    // 17-byte lines put a CR as the last byte of the first MB and its LF as the first of the next.
+    QTest::newRow("CR LF across a MB boundary") << QByteArray("abcdefghijklmno\r\n").repeated(70000);
 }
 
 void tst_Documents::roundTripKeepsEveryByte() {
@@ -82,6 +84,10 @@ void tst_Documents::roundTripKeepsEveryByte() {
     frmTessary* w = openThroughMenu(dialogs, file);
     QVERIFY(w);
     QCOMPARE(textOf(w), bytes);
+    // One line per line end (CR LF, lone CR or lone LF), plus the last.
+    const long lineEnds =
+        bytes.count("\r\n") + bytes.count('\r') + bytes.count('\n') - 2 * bytes.count("\r\n");
+    QCOMPARE(w->txtMain->lines(), int(lineEnds + 1));
     QCOMPARE(w->Caption(), QStringLiteral("round.cog"));
     QCOMPARE(w->Tag, QStringLiteral("cog2"));
     QCOMPARE(frame->cmbCog->itemText(1), QStringLiteral("round.cog"));

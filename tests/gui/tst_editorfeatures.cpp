@@ -3,6 +3,7 @@
 // reaching the window's change handler.
 #include "harness.h"
 
+#include <QBuffer>
 #include <QClipboard>
 #include <QComboBox>
 #include <QImage>
@@ -22,6 +23,7 @@ private slots:
     void everyEditReachesTheChangeHandler_data();
     void everyEditReachesTheChangeHandler();
     void openedFileHasNothingToUndo();
+    void loadingStopsAtAReadError();
 
 private:
     ScriptedDialogs dialogs_;
@@ -160,7 +162,8 @@ void tst_EditorFeatures::everyEditReachesTheChangeHandler() {
     QFETCH(EditKind, kind);
     QFETCH(int, caret);
     frmTessary* w = cogWindow(1);
-    box_->loadTextBytes("# s\r\nsymbols\r\nint a\r\nend\r\ncode\r\nend\r\n");
+    box_->setTextBytes("# s\r\nsymbols\r\nint a\r\nend\r\ncode\r\nend\r\n");
+    send(box_, QsciScintillaBase::SCI_EMPTYUNDOBUFFER);
     w->clearModified();
     box_->setFocus();
     box_->setSelStart(caret);
@@ -222,6 +225,22 @@ void tst_EditorFeatures::openedFileHasNothingToUndo() {
     frame_->mnuEditUndo->trigger();
     QCOMPARE(textOf(w), QByteArray("symbols\r\nend\r\n"));
     QVERIFY(!w->bMod);
+}
+
+void tst_EditorFeatures::loadingStopsAtAReadError() {
+    // A device that delivers one block and then fails, as a disk with a bad sector would.
+    struct FailingDevice : QBuffer {
+        int reads = 0;
+        qint64 readData(char* data, qint64 size) override {
+            return ++reads == 1 ? QBuffer::readData(data, size) : -1;
+        }
+    };
+    QByteArray bytes = QByteArray("abc\r\n").repeated(300000);
+    FailingDevice device;
+    device.setBuffer(&bytes);
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    QVERIFY(!box_->loadFrom(device));
+    QCOMPARE(box_->textLength(), 0L);
 }
 
 TESSARY_TEST_MAIN(tst_EditorFeatures)
