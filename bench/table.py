@@ -119,7 +119,9 @@ def main():
                ra <= 10 * sed)
     o = gui_value("open a 50 MB file")
     if o is not None:
-        target("open a 50 MB file under 300 ms", "%.0f ms" % o, o < 300)
+        fresh = gui_value("fresh memory for a 50 MB text and its styles")
+        floor = "" if fresh is None else " (taking 2 x 50 MB of fresh memory into use: %.0f ms)" % fresh
+        target("open a 50 MB file under 300 ms", "%.0f ms%s" % (o, floor), o < 300)
     s = gui_value("start-up to a shown frame (in process)")
     if s is not None:
         target("start-up to a shown frame under 300 ms", "%.0f ms" % s, s < 300)
