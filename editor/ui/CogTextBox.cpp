@@ -125,8 +125,8 @@ void CogTextBox::setSelLength(long length) {
 }
 
 QByteArray CogTextBox::selText() const {
-    const long start = selStart();
-    return QByteArray(bytes().data() + start, static_cast<qsizetype>(selLength()));
+    const std::string_view selected = range(selStart(), selLength());
+    return QByteArray(selected.data(), static_cast<qsizetype>(selected.size()));
 }
 
 void CogTextBox::setSelText(const QByteArray& bytes) {

@@ -15,7 +15,8 @@ class CogTextBox : public QsciScintilla {
 public:
     explicit CogTextBox(QWidget* parent = nullptr);
 
-    // The whole text without a copy; valid until the next edit.
+    // The whole text without a copy; valid until the next edit. Scintilla first moves its gap to
+    // the end, copying every byte after the last edit, so a part of the text is better read with range().
     std::string_view bytes() const;
     // The bytes [start, start + length) without a copy; valid until the next edit. Scintilla moves
     // its gap only when the range straddles it, so this stays cheap on a large text.
