@@ -65,18 +65,9 @@ int runCheck(const Args& args) {
     FileArgs parsed;
     if (const auto status = parseFileArgs(args, "check", kCheckHelp, kCheckUsage, parsed, caretOption))
         return *status;
-    const bool json = parsed.json;
-    const std::vector<std::string>& files = parsed.files;
-
-    int status = 0;
-    for (const std::string& file : files) {
-        std::string text;
-        if (!readFile(file, text)) {
-            status = 2;
-            continue;
-        }
+    return forEachFile(parsed.files, [&](const std::string& file, const std::string& text) {
         const auto findings = cog::checkCog(text, caret);
-        if (json) {
+        if (parsed.json) {
             std::cout << "{\"file\": " << jsonString(file) << ", \"findings\": [";
             for (std::size_t i = 0; i < findings.size(); ++i)
                 std::cout << (i ? ", " : "") << "{\"text\": " << jsonString(findings[i].text)
@@ -86,9 +77,8 @@ int runCheck(const Args& args) {
             for (const auto& f : findings)
                 std::cout << location(file, text, f.caret) << ": " << f.text << "\n";
         }
-        if (!findings.empty()) status = std::max(status, 1);
-    }
-    return status;
+        return findings.empty();
+    });
 }
 
 } // namespace cli

@@ -34,4 +34,10 @@ std::optional<int> parseFileArgs(const Args& args, const char* name, const char*
 // Reads a whole file as bytes; false (and a message on stderr naming the file) when it cannot.
 bool readFile(const std::string& path, std::string& bytes);
 
+// Reads each file in turn and hands its bytes to report, which returns false when the file has
+// findings. The exit status: 2 when a file cannot be read (the others are still reported), else 1
+// when a file has findings, else 0.
+int forEachFile(const std::vector<std::string>& files,
+                const std::function<bool(const std::string& file, const std::string& text)>& report);
+
 } // namespace cli

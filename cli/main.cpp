@@ -1,6 +1,7 @@
 // tessary-cli: the COG rules of the editor for scripts and continuous integration.
 #include "cli/commands.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -29,6 +30,19 @@ bool readFile(const std::string& path, std::string& bytes) {
     }
     bytes = std::move(buffer).str();
     return true;
+}
+
+int forEachFile(const std::vector<std::string>& files,
+                const std::function<bool(const std::string& file, const std::string& text)>& report) {
+    int status = 0;
+    for (const std::string& file : files) {
+        std::string text;
+        if (!readFile(file, text))
+            status = 2;
+        else if (!report(file, text))
+            status = std::max(status, 1);
+    }
+    return status;
 }
 
 std::optional<int> parseFileArgs(const Args& args, const char* name, const char* help, const char* usage,

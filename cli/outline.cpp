@@ -65,19 +65,10 @@ int runOutline(const Args& args) {
     FileArgs parsed;
     if (const auto status = parseFileArgs(args, "outline", kOutlineHelp, kOutlineUsage, parsed))
         return *status;
-    const bool json = parsed.json;
-    const std::vector<std::string>& files = parsed.files;
-
-    int status = 0;
-    for (const std::string& file : files) {
-        std::string text;
-        if (!readFile(file, text)) {
-            status = 2;
-            continue;
-        }
+    return forEachFile(parsed.files, [&](const std::string& file, const std::string& text) {
         const std::string caption = std::filesystem::path(file).filename().string();
         const cog::ExplorerResult result = cog::buildExplorer(text, caption, cog::symbolTypes());
-        if (json) {
+        if (parsed.json) {
             std::cout << "{\"file\": " << jsonString(file) << ", \"nodes\": " << jsonNodes(result.tree)
                       << ", \"stop\": " << stopJson(result) << "}\n";
         } else {
@@ -85,9 +76,8 @@ int runOutline(const Args& args) {
             std::cout.flush();
             reportStop(file, text, result);
         }
-        if (!result.complete()) status = std::max(status, 1);
-    }
-    return status;
+        return result.complete();
+    });
 }
 
 } // namespace cli

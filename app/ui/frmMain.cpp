@@ -38,6 +38,21 @@ QAction* addItem(QMenu* menu, const QString& caption, const QKeySequence& shortc
     return action;
 }
 
+// Shares the area among the windows that are not minimized, in their order: in strips one above
+// the other (stacked) or side by side.
+void tileInStrips(QMdiArea* mdiArea, bool stacked) {
+    QList<QMdiSubWindow*> windows = mdiArea->subWindowList();
+    windows.removeIf([](const QMdiSubWindow* sub) { return sub->isMinimized(); });
+    if (windows.isEmpty()) return;
+    const QRect area = mdiArea->viewport()->rect();
+    const int step = (stacked ? area.height() : area.width()) / int(windows.size());
+    for (int i = 0; i < windows.size(); ++i) {
+        windows[i]->showNormal();
+        windows[i]->setGeometry(stacked ? QRect(0, i * step, area.width(), step)
+                                        : QRect(i * step, 0, step, area.height()));
+    }
+}
+
 } // namespace
 
 frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
@@ -305,37 +320,11 @@ void frmMain::mnuWindowCascade_Click() {
 }
 
 void frmMain::mnuWindowTileHorizontal_Click() {
-    // One window above the other, each as wide as the area.
-    const QList<QMdiSubWindow*> windows = mdiArea->subWindowList();
-    const QRect area = mdiArea->viewport()->rect();
-    int visible = 0;
-    for (auto* sub : windows) visible += sub->isMinimized() ? 0 : 1;
-    if (visible == 0) return;
-    const int height = area.height() / visible;
-    int y = 0;
-    for (auto* sub : windows) {
-        if (sub->isMinimized()) continue;
-        sub->showNormal();
-        sub->setGeometry(0, y, area.width(), height);
-        y += height;
-    }
+    tileInStrips(mdiArea, true); // one window above the other, each as wide as the area
 }
 
 void frmMain::mnuWindowTileVertical_Click() {
-    // Side by side, each as high as the area.
-    const QList<QMdiSubWindow*> windows = mdiArea->subWindowList();
-    const QRect area = mdiArea->viewport()->rect();
-    int visible = 0;
-    for (auto* sub : windows) visible += sub->isMinimized() ? 0 : 1;
-    if (visible == 0) return;
-    const int width = area.width() / visible;
-    int x = 0;
-    for (auto* sub : windows) {
-        if (sub->isMinimized()) continue;
-        sub->showNormal();
-        sub->setGeometry(x, 0, width, area.height());
-        x += width;
-    }
+    tileInStrips(mdiArea, false); // side by side, each as high as the area
 }
 
 void frmMain::mnuWindowArrangeIcons_Click() {

@@ -75,7 +75,8 @@ long CogTextBox::textLength() const {
 }
 
 void CogTextBox::setTextBytes(const QByteArray& bytes) {
-    if (bytes == QByteArrayView(this->bytes().data(), static_cast<qsizetype>(this->bytes().size()))) return;
+    const std::string_view current = this->bytes();
+    if (bytes == QByteArrayView(current.data(), static_cast<qsizetype>(current.size()))) return;
     // SCI_SETTEXT stops at a NUL byte: clear, then append with an explicit length.
     SendScintilla(SCI_CLEARALL);
     SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(bytes.size()), bytes.constData());

@@ -20,8 +20,10 @@ QColor blend(const QColor& a, const QColor& b, double weightOfB) {
                             static_cast<float>(a.blueF() * (1 - weightOfB) + b.blueF() * weightOfB));
 }
 
-int lineNumberDigits(const CogTextBox* box) {
-    return std::max(3, int(QString::number(std::max(1, box->lines())).size()));
+int lineNumberDigits(const CogTextBox* box) { // never fewer than three; asked after every edit
+    int digits = 1;
+    for (int n = box->lines(); n >= 10; n /= 10) ++digits;
+    return std::max(3, digits);
 }
 
 // Room for the digits of the last line number plus one, never fewer than four.
