@@ -1,7 +1,5 @@
 #include "app/ui/dialogs.h"
 
-#include "app/ui/testlog.h"
-
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -13,7 +11,15 @@
 
 namespace ui {
 
+Q_LOGGING_CATEGORY(lcUi, "tessary.ui", QtWarningMsg)
+
 namespace {
+
+void logMessage(QString text) {
+    qCInfo(lcUi).noquote()
+        << "message:"
+        << text.replace(QStringLiteral("\r\n"), QStringLiteral("\\n")).replace('\n', QStringLiteral("\\n"));
+}
 
 Dialogs gRealDialogs;
 Dialogs* gDialogs = &gRealDialogs;
@@ -36,10 +42,7 @@ QString runFileDialog(QFileDialog& dialog) {
 } // namespace
 
 int Dialogs::msgBox(const QString& text, int buttons, int icon, const QString& title) {
-    if (testlog::active()) {
-        testlog::append(QStringLiteral("message: ") + text);
-        return buttons == vbYesNoCancel ? vbCancel : vbOK;
-    }
+    logMessage(text);
     QMessageBox box(owner());
     box.setWindowTitle(title);
     box.setText(text);
@@ -65,18 +68,20 @@ int Dialogs::msgBox(const QString& text, int buttons, int icon, const QString& t
     }
 }
 
+void Dialogs::notice(const QString& text, const QString& title) {
+    logMessage(text);
+    auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Ok, owner());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->show();
+}
+
 QString Dialogs::inputBox(const QString& prompt, const QString& title, const QString& defaultText) {
-    if (testlog::active()) {
-        testlog::append(QStringLiteral("input: ") + prompt);
-        return {};
-    }
     bool ok = false;
     const QString answer = QInputDialog::getText(owner(), title, prompt, QLineEdit::Normal, defaultText, &ok);
     return ok ? answer : QString();
 }
 
 QString Dialogs::openFileName(const QString& dir, const QString& filter) {
-    if (testlog::active()) return {};
     QFileDialog dialog(owner(), QString(), dir, qtFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -84,7 +89,6 @@ QString Dialogs::openFileName(const QString& dir, const QString& filter) {
 }
 
 QString Dialogs::saveFileName(const QString& dir, const QString& filter, const QString& defaultSuffix) {
-    if (testlog::active()) return {};
     QFileDialog dialog(owner(), QString(), dir, qtFilter(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(defaultSuffix);
@@ -93,7 +97,6 @@ QString Dialogs::saveFileName(const QString& dir, const QString& filter, const Q
 }
 
 bool Dialogs::printDialog(QPrinter& printer) {
-    if (testlog::active()) return false;
     QPrintDialog dialog(&printer, owner());
     dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
     dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
@@ -102,7 +105,6 @@ bool Dialogs::printDialog(QPrinter& printer) {
 }
 
 bool Dialogs::fontDialog(const QFont& initial, QFont& chosen) {
-    if (testlog::active()) return false;
     bool ok = false;
     chosen = QFontDialog::getFont(&ok, initial, owner());
     return ok;
@@ -118,6 +120,10 @@ void setDialogs(Dialogs* replacement) {
 
 int MsgBox(const QString& text, int buttons, int icon, const QString& title) {
     return dialogs().msgBox(text, buttons, icon, title);
+}
+
+void Notice(const QString& text, const QString& title) {
+    dialogs().notice(text, title);
 }
 
 QString InputBox(const QString& prompt, const QString& title, const QString& defaultText) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QFont>
+#include <QLoggingCategory>
 #include <QString>
 
 class QPrinter;
@@ -17,13 +18,18 @@ enum : int { vbOK = 1, vbCancel = 2, vbYes = 6, vbNo = 7 };
 
 inline const QString kTitle = QStringLiteral("Tessary");
 
-// The real implementation shows Qt's dialogs; with TESSARY_TEST_LOG set it answers them itself
-// and logs what it would have shown (app/ui/testlog.h).
+// What the user is shown, as lines "message: TEXT" and "windows: CAPTION | ...", in the logging
+// category "tessary.ui" (off by default; QT_LOGGING_RULES="tessary.ui.info=true" switches it on).
+Q_DECLARE_LOGGING_CATEGORY(lcUi)
+
+// The real implementation shows Qt's dialogs.
 class Dialogs {
 public:
     virtual ~Dialogs() = default;
     // Returns vbOK, or vbYes / vbNo / vbCancel for vbYesNoCancel.
     virtual int msgBox(const QString& text, int buttons, int icon, const QString& title);
+    // A message box with an OK button that does not wait for it.
+    virtual void notice(const QString& text, const QString& title);
     // Cancel answers the empty text.
     virtual QString inputBox(const QString& prompt, const QString& title, const QString& defaultText);
     // A filter in the form "Description (*.x)|*.x|All files (*.*)|*.*". Cancel answers "".
@@ -40,6 +46,7 @@ Dialogs& dialogs();
 void setDialogs(Dialogs* replacement);
 
 int MsgBox(const QString& text, int buttons = vbOKOnly, int icon = 0, const QString& title = kTitle);
+void Notice(const QString& text, const QString& title = kTitle);
 QString InputBox(const QString& prompt, const QString& title = kTitle, const QString& defaultText = {});
 
 // The dialog filter "A (*.a)|*.a|B|*" in Qt's form "A (*.a);;B (*)".

@@ -5,7 +5,6 @@
 #include "app/ui/MRU.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
-#include "app/ui/testlog.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/EditorFeatures.h"
 #include "editor/ui/frmTessary.h"
@@ -253,12 +252,12 @@ void RefreshCogList() {
     for (int i = 1; i <= colCogs.count(); ++i) list->addItem(colCogs.item(i)->Caption(), i);
     list->setCurrentIndex(-1);
     list->setEditText(QStringLiteral("Choose a Cog"));
-    if (testlog::active()) {
+    if (ui::lcUi().isInfoEnabled()) {
         QStringList captions;
         for (int i = 1; i <= colCogs.count(); ++i) captions << colCogs.item(i)->Caption();
         static QString logged;
-        const QString line = QStringLiteral("windows: ") + captions.join(QStringLiteral(" | "));
-        if (line != logged) testlog::append(line);
+        const QString line = captions.join(QStringLiteral(" | "));
+        if (line != logged) qCInfo(ui::lcUi).noquote() << "windows:" << line;
         logged = line;
     }
 }

@@ -39,6 +39,9 @@ struct ScriptedDialogs : ui::Dialogs {
         if (!answers.isEmpty()) return answers.takeFirst();
         return buttons == ui::vbYesNoCancel ? ui::vbNo : ui::vbOK;
     }
+    void notice(const QString& text, const QString& title) override {
+        messages.append({text, ui::vbOKOnly, 0, title});
+    }
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override {
         inputs.append({prompt, title, defaultText});
         return inputAnswers.isEmpty() ? QString() : inputAnswers.takeFirst();

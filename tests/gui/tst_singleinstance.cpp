@@ -1,8 +1,6 @@
 // Two real Tessary processes: a second start with a path hands it to the running one and ends.
-// The running program is observed through its test log (TESSARY_TEST_LOG), which records each
-// message box it shows and its window list.
+// The running program is watched through what it logs in the category "tessary.ui".
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QProcess>
@@ -16,13 +14,15 @@ class tst_SingleInstance : public QObject {
     Q_OBJECT
     std::unique_ptr<QTemporaryDir> home_;
     std::vector<std::unique_ptr<QProcess>> processes_;
+    QString logged_;
 
-    QString logPath() const { return home_->filePath(QStringLiteral("log.txt")); }
     QString socketPath() const { return home_->filePath(QStringLiteral("runtime/tessary-execute")); }
-    QStringList log() const {
-        QFile file(logPath());
-        if (!file.open(QIODevice::ReadOnly)) return {};
-        return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    // The running program's log lines, without the category's name.
+    QStringList log() {
+        logged_ += QString::fromUtf8(processes_.front()->readAllStandardError());
+        return logged_.split('\n')
+            .filter(QRegularExpression("^tessary.ui: "))
+            .replaceInStrings("tessary.ui: ", "");
     }
 
     QProcess* start(const QStringList& args, const QString& workingDirectory = {}) {
@@ -31,23 +31,24 @@ class tst_SingleInstance : public QObject {
         env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_->filePath(QStringLiteral("runtime")));
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), home_->filePath(QStringLiteral("config")));
-        env.insert(QStringLiteral("TESSARY_TEST_LOG"), logPath());
+        env.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("tessary.ui.info=true"));
+        env.insert(QStringLiteral("QT_MESSAGE_PATTERN"), QStringLiteral("%{category}: %{message}"));
         process->setProcessEnvironment(env);
-        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
         if (!workingDirectory.isEmpty()) process->setWorkingDirectory(workingDirectory);
         process->start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), args);
         processes_.push_back(std::move(process));
         return processes_.back().get();
     }
 
-    // The running program answers on its socket once it has started up.
+    // A first program, answering on its socket once it has started up.
     bool startListening() {
+        processes_.clear();
+        logged_.clear();
         QProcess* p = start({});
         for (int i = 0; i < 300 && p->state() != QProcess::NotRunning; ++i, QTest::qWait(100)) {
-            if (!QFileInfo::exists(socketPath()) || log().isEmpty()) continue;
             QLocalSocket probe;
             probe.connectToServer(socketPath());
-            if (probe.waitForConnected(200)) return true;
+            if (!log().isEmpty() && probe.waitForConnected(200)) return true;
         }
         return false;
     }
@@ -55,8 +56,7 @@ class tst_SingleInstance : public QObject {
     // A second start that hands its arguments over and ends at once, successfully.
     void handOver(const QStringList& args, const QString& workingDirectory = {}) {
         QProcess* second = start(args, workingDirectory);
-        QVERIFY(second->waitForStarted(10000));
-        if (second->state() != QProcess::NotRunning) QVERIFY(second->waitForFinished(15000));
+        QVERIFY(second->waitForFinished(15000));
         QCOMPARE(second->exitStatus(), QProcess::NormalExit);
         QCOMPARE(second->exitCode(), 0);
     }
@@ -72,57 +72,46 @@ private slots:
         for (auto& p : processes_)
             if (p->state() != QProcess::NotRunning) p->kill(), p->waitForFinished(5000);
         processes_.clear();
-        home_.reset();
     }
-    void secondStartHandsThePathOver_data();
-    void secondStartHandsThePathOver();
-    void socketLeftByAKilledProgramIsTakenOver();
+
+    void secondStartHandsThePathOver_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<bool>("relative");
+        QTest::newRow("one argument with blanks") << QStringList{"my old cog.cog"} << false;
+        QTest::newRow("blanks between arguments kept") << QStringList{"my", "old", "cog.cog"} << false;
+        QTest::newRow("relative to the second start") << QStringList{"my old cog.cog"} << true;
+    }
+
+    void secondStartHandsThePathOver() {
+        QFETCH(QStringList, args);
+        QFETCH(bool, relative);
+        const QString dir = home_->filePath(QStringLiteral("cogs")), file = dir + "/my old cog.cog";
+        QVERIFY(QDir().mkpath(dir));
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::WriteOnly) && f.write("symbols\r\nend\r\n") > 0);
+        f.close();
+        QVERIFY2(startListening(), "the first Tessary did not start listening");
+        QCOMPARE(log(), QStringList{"windows: Cog 1"});
+        if (!relative) args.first().prepend(dir + '/');
+        handOver(args, relative ? dir : QString());
+        // The running one first shows the path, then opens it.
+        QTRY_COMPARE_WITH_TIMEOUT(
+            log(), (QStringList{"windows: Cog 1", "message: " + file, "windows: Cog 1 | my old cog.cog"}),
+            15000);
+        QCOMPARE(processes_.front()->state(), QProcess::Running);
+    }
+
+    void socketLeftByAKilledProgramIsTakenOver() {
+        QVERIFY(startListening());
+        processes_.front()->kill();
+        QVERIFY(processes_.front()->waitForFinished(5000));
+        QVERIFY(QFileInfo::exists(socketPath())); // left behind
+        QVERIFY2(startListening(), "a new Tessary did not take the socket over");
+        const QString none = home_->filePath(QStringLiteral("none.cog"));
+        handOver({none});
+        QTRY_VERIFY_WITH_TIMEOUT(log().contains("message: " + none), 15000);
+    }
 };
-
-void tst_SingleInstance::secondStartHandsThePathOver_data() {
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<bool>("relative");
-    QTest::newRow("one argument with blanks") << QStringList{QStringLiteral("my old cog.cog")} << false;
-    QTest::newRow("blanks between arguments kept")
-        << QStringList{QStringLiteral("my"), QStringLiteral("old"), QStringLiteral("cog.cog")} << false;
-    QTest::newRow("relative to the second start") << QStringList{QStringLiteral("my old cog.cog")} << true;
-}
-
-void tst_SingleInstance::secondStartHandsThePathOver() {
-    QFETCH(QStringList, args);
-    QFETCH(bool, relative);
-    const QString dir = home_->filePath(QStringLiteral("cogs"));
-    QVERIFY(QDir().mkpath(dir));
-    const QString file = dir + QStringLiteral("/my old cog.cog");
-    QFile f(file);
-    QVERIFY(f.open(QIODevice::WriteOnly) && f.write("symbols\r\nend\r\n") > 0);
-    f.close();
-
-    QVERIFY2(startListening(), "the first Tessary did not start listening");
-    QCOMPARE(log(), QStringList{QStringLiteral("windows: Cog 1")});
-    if (!relative) args.first().prepend(dir + QLatin1Char('/'));
-    handOver(args, relative ? dir : QString());
-    // The running one first shows the path, then opens it.
-    QTRY_COMPARE_WITH_TIMEOUT(
-        log(),
-        (QStringList{QStringLiteral("windows: Cog 1"), QStringLiteral("message: ") + file,
-                     QStringLiteral("windows: Cog 1 | my old cog.cog")}),
-        15000);
-    QCOMPARE(processes_.front()->state(), QProcess::Running);
-}
-
-void tst_SingleInstance::socketLeftByAKilledProgramIsTakenOver() {
-    QVERIFY(startListening());
-    processes_.front()->kill();
-    QVERIFY(processes_.front()->waitForFinished(5000) || processes_.front()->state() == QProcess::NotRunning);
-    QVERIFY(QFileInfo::exists(socketPath())); // left behind
-    QFile::remove(logPath());
-
-    QVERIFY2(startListening(), "a new Tessary did not take the socket over");
-    const QString none = home_->filePath(QStringLiteral("none.cog"));
-    handOver({none});
-    QTRY_VERIFY_WITH_TIMEOUT(log().contains(QStringLiteral("message: ") + none), 15000);
-}
 
 QTEST_GUILESS_MAIN(tst_SingleInstance)
 #include "tst_singleinstance.moc"
