@@ -352,7 +352,8 @@ private slots:
         const QByteArray messages = cases::readAll(TESSARY_BIN_DIR "/messages.dat");
         const auto list = editor::readMessages(messages.toStdString());
         QCOMPARE(qsizetype(list.size()), messages.count("\r\n") - 1);
-        QVERIFY(editor::loadMessages(TESSARY_BIN_DIR).empty()); // a directory reads as no list
+        QVERIFY(editor::loadMessages(TESSARY_BIN_DIR).empty()); // a directory or no file: no list
+        QVERIFY(editor::loadMessages(TESSARY_BIN_DIR "/no-such.dat").empty());
         const QDir dir(QStringLiteral(TESSARY_SOURCE_DIR "/data/templates"));
         for (const QString& name : dir.entryList({"*.cgt"})) {
             const string bytes = cases::readAll(dir.filePath(name)).toStdString();

@@ -20,22 +20,11 @@ private slots:
         QTest::addColumn<int>("selStart");
         QTest::addColumn<int>("selLength");
         const QByteArray nested("{a{b}c}d"), aXa("aXa");
-        QTest::newRow("match brace: outer pair") << nested << 0 << 0 << QStringList{} << nested << 0 << 7;
         QTest::newRow("match brace: inner pair") << nested << 2 << 0 << QStringList{} << nested << 2 << 3;
-        QTest::newRow("match brace: unbalanced")
-            << QByteArray("{a{b}c") << 0 << 0 << QStringList{} << QByteArray("{a{b}c") << 0 << 0;
-        QTest::newRow("match brace: not on a brace")
-            << QByteArray("x{}") << 0 << 0 << QStringList{} << QByteArray("x{}") << 0 << 1;
         QTest::newRow("replace: first only")
             << aXa << 0 << 3 << QStringList{"a", "b"} << QByteArray("bXa") << 1 << 0;
-        QTest::newRow("replace all") << aXa << 0 << 4 << QStringList{"a", "b"} << QByteArray("bXb") << 3 << 0;
-        QTest::newRow("replace all, shorter")
-            << QByteArray("abab ab") << 0 << 4 << QStringList{"ab", "x"} << QByteArray("xx x") << 4 << 0;
         QTest::newRow("replace all, never ending series")
             << QByteArray("a\r\na") << 0 << 4 << QStringList{"a", "ba"} << QByteArray("ba\r\nba") << 6 << 0;
-        QTest::newRow("replace all, empty word") << aXa << 0 << 4 << QStringList{"", "b"} << aXa << 0 << 0;
-        QTest::newRow("replace all, empty replacement")
-            << aXa << 0 << 4 << QStringList{"a", ""} << aXa << 0 << 0;
     }
 
     void command() {
@@ -149,7 +138,16 @@ private slots:
     }
 
 private:
-    frmTessary* windowWith(const QByteArray& text);
+    frmTessary* windowWith(const QByteArray& text) {
+        dialogs_ = ScriptedDialogs();
+        frame_ = startTessary(dialogs_);
+        if (!frame_) return nullptr;
+        frmTessary* w = cogWindow(1);
+        w->txtMain->setTextBytes(text);
+        w->clearModified();
+        mdlTessary::strCurCog = w->Tag;
+        return w;
+    }
     static std::pair<long, QByteArray> selection(frmTessary* w) {
         return {w->txtMain->selStart(), w->txtMain->selText()};
     }
@@ -160,17 +158,6 @@ private:
     ScriptedDialogs dialogs_;
     frmMain* frame_ = nullptr;
 };
-
-frmTessary* tst_EditMenu::windowWith(const QByteArray& text) {
-    dialogs_ = ScriptedDialogs();
-    frame_ = startTessary(dialogs_);
-    if (!frame_) return nullptr;
-    frmTessary* w = cogWindow(1);
-    w->txtMain->setTextBytes(text);
-    w->clearModified();
-    mdlTessary::strCurCog = w->Tag;
-    return w;
-}
 
 TESSARY_TEST_MAIN(tst_EditMenu)
 #include "tst_editmenu.moc"
