@@ -24,6 +24,7 @@ struct ScriptedDialogs : ui::Dialogs {
         int buttons = 0;
         int icon = 0;
         QString title;
+        int windows = 0; // the editor windows open while it was shown
     };
     QList<Shown> messages;     // every message box, in order
     QList<int> answers;        // answers to message boxes; vbOK / vbYes... when empty: vbOK, or vbNo
@@ -35,12 +36,9 @@ struct ScriptedDialogs : ui::Dialogs {
     QList<QFont> fontAnswers;  // fonts chosen in the font dialog; empty cancels it
 
     int msgBox(const QString& text, int buttons, int icon, const QString& title) override {
-        messages.append({text, buttons, icon, title});
+        messages.append({text, buttons, icon, title, mdlTessary::colCogs.count()});
         if (!answers.isEmpty()) return answers.takeFirst();
         return buttons == ui::vbYesNoCancel ? ui::vbNo : ui::vbOK;
-    }
-    void notice(const QString& text, const QString& title) override {
-        messages.append({text, ui::vbOKOnly, 0, title});
     }
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override {
         inputs.append({prompt, title, defaultText});
@@ -108,13 +106,15 @@ inline QByteArray textOf(frmTessary* w) {
     return w->txtMain->textBytes();
 }
 
-// The entry of a widget test program: the settings store lives in a directory of its own, made
-// for this run, so running a test by hand never touches the user's own settings.
+// The entry of a widget test program: the settings store and the runtime directory (where the
+// program listens for paths handed over) live in directories of their own, made for this run, so
+// running a test by hand never touches the user's own settings or a running Tessary.
 #define TESSARY_TEST_MAIN(TestClass)                                                                         \
     int main(int argc, char** argv) {                                                                        \
-        QTemporaryDir config;                                                                                \
-        if (!config.isValid()) return 1;                                                                     \
+        QTemporaryDir config, runtime;                                                                       \
+        if (!config.isValid() || !runtime.isValid()) return 1;                                               \
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));                                        \
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));                                       \
         QApplication app(argc, argv);                                                                        \
         app.setAttribute(Qt::AA_Use96Dpi, true);                                                             \
         TestClass test;                                                                                      \

@@ -1,78 +1,41 @@
-// Two real Tessary processes: a second start with a path hands it to the running one and ends.
-// The running program is watched through what it logs in the category "tessary.ui".
+// A second start with a path hands it to the running Tessary and ends: here the running one is
+// this test's own frame, listening as the program does, and the second start is the real program.
+#include "harness.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <memory>
-#include <vector>
 
 class tst_SingleInstance : public QObject {
     Q_OBJECT
-    std::unique_ptr<QTemporaryDir> home_;
-    std::vector<std::unique_ptr<QProcess>> processes_;
-    QString logged_;
+    QTemporaryDir dir_;
 
-    QString socketPath() const { return home_->filePath(QStringLiteral("runtime/tessary-execute")); }
-    // The running program's log lines, without the category's name.
-    QStringList log() {
-        logged_ += QString::fromUtf8(processes_.front()->readAllStandardError());
-        return logged_.split('\n')
-            .filter(QRegularExpression("^tessary.ui: "))
-            .replaceInStrings("tessary.ui: ", "");
-    }
-
-    QProcess* start(const QStringList& args, const QString& workingDirectory = {}) {
-        auto process = std::make_unique<QProcess>();
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home_->filePath(QStringLiteral("runtime")));
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home_->filePath(QStringLiteral("config")));
-        env.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("tessary.ui.info=true"));
-        env.insert(QStringLiteral("QT_MESSAGE_PATTERN"), QStringLiteral("%{category}: %{message}"));
-        process->setProcessEnvironment(env);
-        if (!workingDirectory.isEmpty()) process->setWorkingDirectory(workingDirectory);
-        process->start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), args);
-        processes_.push_back(std::move(process));
-        return processes_.back().get();
-    }
-
-    // A first program, answering on its socket once it has started up.
-    bool startListening() {
-        processes_.clear();
-        logged_.clear();
-        QProcess* p = start({});
-        for (int i = 0; i < 300 && p->state() != QProcess::NotRunning; ++i, QTest::qWait(100)) {
-            QLocalSocket probe;
-            probe.connectToServer(socketPath());
-            if (!log().isEmpty() && probe.waitForConnected(200)) return true;
+    // Starts the real program with args; true when it ended at once, successfully.
+    static bool secondStart(const QStringList& args, const QString& workingDirectory = {}) {
+        QProcess second;
+        second.setWorkingDirectory(workingDirectory);
+        second.start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), args);
+        // The frame answers from this event loop, so the wait must keep it running.
+        if (!QTest::qWaitFor([&] { return second.state() == QProcess::NotRunning; }, 15000)) {
+            second.kill();
+            second.waitForFinished(5000);
+            return false;
         }
-        return false;
+        return second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0;
     }
 
-    // A second start that hands its arguments over and ends at once, successfully.
-    void handOver(const QStringList& args, const QString& workingDirectory = {}) {
-        QProcess* second = start(args, workingDirectory);
-        QVERIFY(second->waitForFinished(15000));
-        QCOMPARE(second->exitStatus(), QProcess::NormalExit);
-        QCOMPARE(second->exitCode(), 0);
+    // The frame shows the path (the scripted box answers OK), then opens it.
+    static void shownThenOpened(ScriptedDialogs& dialogs, const QString& path) {
+        QTRY_COMPARE_WITH_TIMEOUT(mdlTessary::colCogs.count(), 2, 15000);
+        QCOMPARE(dialogs.texts(), QStringList{path});
+        QCOMPARE(dialogs.messages[0].windows, 1);
+        QCOMPARE(cogWindow(2)->strFile, path);
     }
 
 private slots:
-    void init() {
-        home_ = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home_->path()).mkpath(QStringLiteral("runtime")));
-        QVERIFY(QFile::setPermissions(home_->filePath(QStringLiteral("runtime")),
-                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    }
-    void cleanup() {
-        for (auto& p : processes_)
-            if (p->state() != QProcess::NotRunning) p->kill(), p->waitForFinished(5000);
-        processes_.clear();
-    }
+    void init() { prepareTessaryTest(); }
+    void cleanup() { stopTessary(); }
 
     void secondStartHandsThePathOver_data() {
         QTest::addColumn<QStringList>("args");
@@ -81,37 +44,50 @@ private slots:
         QTest::newRow("blanks between arguments kept") << QStringList{"my", "old", "cog.cog"} << false;
         QTest::newRow("relative to the second start") << QStringList{"my old cog.cog"} << true;
     }
-
     void secondStartHandsThePathOver() {
         QFETCH(QStringList, args);
         QFETCH(bool, relative);
-        const QString dir = home_->filePath(QStringLiteral("cogs")), file = dir + "/my old cog.cog";
-        QVERIFY(QDir().mkpath(dir));
+        const QString file = dir_.filePath(QStringLiteral("my old cog.cog"));
         QFile f(file);
         QVERIFY(f.open(QIODevice::WriteOnly) && f.write("symbols\r\nend\r\n") > 0);
         f.close();
-        QVERIFY2(startListening(), "the first Tessary did not start listening");
-        QCOMPARE(log(), QStringList{"windows: Cog 1"});
-        if (!relative) args.first().prepend(dir + '/');
-        handOver(args, relative ? dir : QString());
-        // The running one first shows the path, then opens it.
-        QTRY_COMPARE_WITH_TIMEOUT(
-            log(), (QStringList{"windows: Cog 1", "message: " + file, "windows: Cog 1 | my old cog.cog"}),
-            15000);
-        QCOMPARE(processes_.front()->state(), QProcess::Running);
+        ScriptedDialogs dialogs;
+        frmMain* frame = startTessary(dialogs);
+        QVERIFY(frame && frame->listenForExecuteRequests());
+        if (!relative) args.first().prepend(dir_.path() + '/');
+        QVERIFY(secondStart(args, relative ? dir_.path() : QString()));
+        shownThenOpened(dialogs, file);
+        QCOMPARE(textOf(cogWindow(2)), QByteArray("symbols\r\nend\r\n"));
     }
 
+    // A program that was killed leaves its socket behind; the next one takes it over. The killed
+    // one is the real program, watched through what it logs: it shows no box at start.
     void socketLeftByAKilledProgramIsTakenOver() {
-        QVERIFY(startListening());
-        processes_.front()->kill();
-        QVERIFY(processes_.front()->waitForFinished(5000));
-        QVERIFY(QFileInfo::exists(socketPath())); // left behind
-        QVERIFY2(startListening(), "a new Tessary did not take the socket over");
-        const QString none = home_->filePath(QStringLiteral("none.cog"));
-        handOver({none});
-        QTRY_VERIFY_WITH_TIMEOUT(log().contains("message: " + none), 15000);
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("tessary.ui.info=true"));
+        QProcess first;
+        first.setProcessEnvironment(env);
+        first.start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), {});
+        QLocalSocket probe;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                probe.connectToServer(frmMain::executeServerName());
+                return probe.waitForConnected(100) || first.state() == QProcess::NotRunning;
+            },
+            30000));
+        first.kill();
+        QVERIFY(first.waitForFinished(5000));
+        QVERIFY2(first.readAllStandardError().contains("windows: Cog 1"), "the first start did not start");
+        QVERIFY(QFileInfo::exists(frmMain::executeServerName())); // left behind
+
+        ScriptedDialogs dialogs;
+        frmMain* frame = startTessary(dialogs);
+        QVERIFY2(frame && frame->listenForExecuteRequests(), "the socket was not taken over");
+        const QString none = dir_.filePath(QStringLiteral("none.cog"));
+        QVERIFY(secondStart({none}));
+        QTRY_COMPARE_WITH_TIMEOUT(dialogs.texts().value(0), none, 15000);
     }
 };
 
-QTEST_GUILESS_MAIN(tst_SingleInstance)
+TESSARY_TEST_MAIN(tst_SingleInstance)
 #include "tst_singleinstance.moc"
