@@ -90,6 +90,7 @@ std::string encodeRecoveryHeader(const RecoveryRecord& r, std::size_t textSize) 
 }
 
 std::optional<RecoveryRecord> decodeRecovery(std::string_view bytes) {
+    const std::string_view all = bytes;
     if (!bytes.starts_with(kMagic)) return std::nullopt;
     bytes.remove_prefix(kMagic.size());
     RecoveryRecord r;
@@ -119,6 +120,8 @@ std::optional<RecoveryRecord> decodeRecovery(std::string_view bytes) {
 
     std::size_t length = 0;
     if (!number(*text, length) || length != bytes.size()) return std::nullopt; // cut short or too long
+    // Only a header as this program writes it (no leading zeros, no raw CR in a name) is taken.
+    if (encodeRecoveryHeader(r, length) != all.substr(0, all.size() - bytes.size())) return std::nullopt;
     r.text = bytes;
     return r;
 }
