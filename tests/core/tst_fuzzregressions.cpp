@@ -29,6 +29,7 @@ bool registerTarget(const char* name, Body body) {
 #include "tests/fuzz/fuzz_layout.cpp"
 #include "tests/fuzz/fuzz_messages.cpp"
 #include "tests/fuzz/fuzz_recentfiles.cpp"
+#include "tests/fuzz/fuzz_recovery.cpp"
 #include "tests/fuzz/fuzz_renamedelete.cpp"
 #include "tests/fuzz/fuzz_settings.cpp"
 #include "tests/fuzz/fuzz_syntaxcheck.cpp"

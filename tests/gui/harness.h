@@ -108,13 +108,15 @@ inline QByteArray textOf(frmTessary* w) {
     return w->txtMain->textBytes();
 }
 
-// The entry of a widget test program: the settings store lives in a directory of its own, made
-// for this run, so running a test by hand never touches the user's own settings.
+// The entry of a widget test program: the settings store and the recovery copies live in a
+// directory of their own, made for this run, so running a test by hand never touches the user's
+// own settings or copies.
 #define TESSARY_TEST_MAIN(TestClass)                                                                         \
     int main(int argc, char** argv) {                                                                        \
         QTemporaryDir config;                                                                                \
         if (!config.isValid()) return 1;                                                                     \
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));                                        \
+        qputenv("XDG_DATA_HOME", QFile::encodeName(config.filePath(QStringLiteral("data"))));                \
         QApplication app(argc, argv);                                                                        \
         app.setAttribute(Qt::AA_Use96Dpi, true);                                                             \
         TestClass test;                                                                                      \

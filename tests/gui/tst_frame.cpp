@@ -153,12 +153,12 @@ private slots:
         QVERIFY(startTessary(dialogs, commandLine));
         QCOMPARE(mdlTessary::colCogs.count(), 1);
         frmTessary* w = cogWindow(1);
-        QCOMPARE(w->strFile, commandLine);
+        QCOMPARE(w->strFile, quoted ? QStringLiteral("blank") : commandLine);
         if (quoted) {
-            // Not a file name: the window stays, and the user is told which path failed.
+            // Not a file name: the window stays, bound to no file, and the user is told which path failed.
             QCOMPARE(dialogs.messages.size(), 1);
             QVERIFY(dialogs.messages[0].text.contains(commandLine));
-            QCOMPARE(w->Caption(), name + QLatin1Char('"'));
+            QCOMPARE(w->Caption(), QStringLiteral("Cog 1"));
         } else {
             QVERIFY(dialogs.messages.isEmpty());
             QCOMPARE(w->Caption(), name);
