@@ -5,7 +5,9 @@
 // what they look for: undeclared names when the symbols section is broken (a skipped line may
 // declare the name); missing call targets, messages without a handler and the flow checks
 // (unreachable code, falling into a label) when the code section is broken (a skipped statement
-// may hold a label, a call or a return). So a file is never warned about what it may well have.
+// may hold a label, a call or a return); the flow checks also when the symbols section is broken
+// (it declares the messages whose labels are entry points). So a file is never warned about what it may well
+// have.
 #include "language/checker.h"
 
 #include "language/lexer.h"
@@ -99,7 +101,7 @@ public:
         resolveCalls();
         if (parsed_.codeBroken) return;
         messagesWithoutHandler();
-        if (code != kNoNode) {
+        if (code != kNoNode && !parsed_.symbolsBroken) { // the entry points are declared there
             current_ = kNoRef;
             flowSequence(tree_[code].firstChild, false, false, false);
         }
@@ -438,12 +440,16 @@ private:
             for (; tree_[s].kind == NodeKind::Label; s = tree_[s].firstChild) {
                 const std::uint32_t label = tree_[s].ref;
                 if (live) {
-                    if (current_ != kNoRef && current_ != label) fallsInto(tree_[s].span, current_, label);
+                    // Stacked labels ("a: b: ...") share their code: nothing runs on from one into the other.
+                    if (current_ != kNoRef && current_ != label && ranCode_)
+                        fallsInto(tree_[s].span, current_, label);
                     current_ = label;
+                    ranCode_ = false;
                 } else if (isEntry(label)) {
                     flush(run);
                     live = true;
                     current_ = label;
+                    ranCode_ = false;
                 } else {
                     extend(run, tree_[s].span);
                 }
@@ -452,6 +458,7 @@ private:
                 if (tree_[s].kind != NodeKind::Empty) extend(run, tree_[s].span);
                 continue;
             }
+            ranCode_ = true;
             live = flowStatement(s, loopBody);
         }
         flush(run);
@@ -497,6 +504,7 @@ private:
         if (live && current_ != enclosing && current_ != kNoRef && enclosing != kNoRef)
             fallsInto(symbols_.labels[current_].definition, current_, enclosing);
         current_ = enclosing;
+        ranCode_ = true; // the statement around the body belongs to the enclosing label's code
         return live;
     }
 
@@ -508,6 +516,7 @@ private:
     std::vector<Diagnostic>& diags_;
     std::vector<NodeId> calls_;
     std::uint32_t current_ = kNoRef; // the label whose code the flow walk is in
+    bool ranCode_ = false;           // a statement of that label's code was walked
 };
 
 } // namespace

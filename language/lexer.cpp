@@ -248,8 +248,10 @@ LexError Lexer::scanNumber(std::uint32_t& p, bool code, bool& isFloat) const {
         while (isDigit(at(p))) ++p;
         isFloat = true;
     }
+    const bool exponent = at(p) == 'e' || at(p) == 'E';
     // In code a lone 0 ends before an "e": "0e5" reads as 0 and the name e5.
-    if ((at(p) == 'e' || at(p) == 'E') && !(code && loneZero && !isFloat)) {
+    if (exponent && code && loneZero && !isFloat) return LexError::None;
+    if (exponent) {
         std::uint32_t q = p + 1;
         if (at(q) == '+' || at(q) == '-') ++q;
         if (!isDigit(at(q))) {
@@ -346,13 +348,14 @@ Token Lexer::lexVector(Token& t) {
         const Position begin = position();
         const Position end = positionAt(errorEnd);
         pos_ = errorEnd;
+        if (text_[errorEnd - 1] == '\'' && errorEnd - 1 > t.span.begin.offset) return fail(t, e, begin, end);
         while (!atEnd(pos_) && !isLineEnd(text_[pos_]) && text_[pos_] != '\'') ++pos_;
         if (at(pos_) == '\'') ++pos_;
         return fail(t, e, begin, end);
     };
     auto wordEnd = [&](std::uint32_t p) {
         if (atEnd(p) || isLineEnd(text_[p])) return p;
-        ++p;
+        if (text_[p++] == '\'') return p; // the closing quote, too early
         while (isIdentChar(at(p)) || at(p) == '.') ++p;
         return p;
     };

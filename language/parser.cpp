@@ -112,13 +112,10 @@ public:
             skipToLineStarting("symbols", "code");
         }
         bool codeNext = false;
-        if (isWord(tok_, "symbols")) {
-            codeNext = parseSymbols();
-        } else {
+        if (!isWord(tok_, "symbols")) {
             outcome_.symbolsBroken = true;
             codeNext = isWord(tok_, "code");
-        }
-        if (!codeNext && tok_.kind != Tok::Eof) {
+        } else if (!(codeNext = parseSymbols()) && !symbolsCutShort_) {
             syntaxError(tok_, "expected-code",
                         "expected the 'code' section but found " + describe(tok_, text_));
             skipToLineStarting("code", "code");
@@ -168,8 +165,10 @@ private:
     void syntaxError(const Token& at, const char* code, std::string text) {
         Span span = at.kind == Tok::Error ? at.errorSpan : at.span;
         if (at.kind == Tok::Newline || at.kind == Tok::Eof) span.end = span.begin;
-        if (span.begin.offset == lastError_) return;
+        // A fault that ran to the end of the file (a string) already says the file ends there.
+        if (span.begin.offset == lastError_ || (at.kind == Tok::Eof && lastErrorEnd_ == text_.size())) return;
         lastError_ = span.begin.offset;
+        lastErrorEnd_ = span.end.offset;
         if (at.kind == Tok::Error)
             report(span, lexErrorCode(at.error), lexErrorText(at), Severity::Error, true);
         else
@@ -252,6 +251,7 @@ private:
             if (tok_.kind == Tok::Eof) {
                 syntaxError(tok_, "unexpected-eof", "the file ends inside the symbols section");
                 outcome_.symbolsBroken = true;
+                symbolsCutShort_ = true;
                 break;
             }
             if (isWord(tok_, "end")) {
@@ -475,6 +475,17 @@ private:
     // Skips to the end of the broken statement: past the next ";" or the "}" that closes a block
     // the statement opened, before a "}" it did not open, or before an "end" line of the section.
     void recoverStatement(bool topLevel) {
+        if (inForHeader_) {
+            // The ";" inside "for (...)" do not end the statement: skip to the header's ")",
+            // unless the line ends first.
+            inForHeader_ = false;
+            for (int parens = 1; parens > 0;) {
+                if (tok_.kind == Tok::Eof || tok_.firstOnLine) return;
+                if (tok_.kind == Tok::LParen) ++parens;
+                if (tok_.kind == Tok::RParen) --parens;
+                advance();
+            }
+        }
         int depth = 0;
         while (tok_.kind != Tok::Eof) {
             if (tok_.kind == Tok::Semi && depth == 0) {
@@ -625,6 +636,7 @@ private:
         const Position begin = tok_.span.begin;
         advance();
         if (!expect(Tok::LParen, "'('")) return kNoNode;
+        inForHeader_ = true;
         std::array<NodeId, 3> clauses{};
         for (int i = 0; i < 3; ++i) {
             const Tok end = i < 2 ? Tok::Semi : Tok::RParen;
@@ -636,6 +648,7 @@ private:
             }
             if (!expect(end, i < 2 ? "';'" : "')'")) return kNoNode;
         }
+        inForHeader_ = false;
         const NodeId body = statement();
         if (body == kNoNode) return kNoNode;
         return node(NodeKind::For, begin, {clauses[0], clauses[1], clauses[2], body});
@@ -790,9 +803,11 @@ private:
     Token tok_, peek_;
     bool hasPeek_ = false;
     Position prevEnd_;
-    std::uint32_t lastError_ = 0xFFFFFFFF;
+    std::uint32_t lastError_ = 0xFFFFFFFF, lastErrorEnd_ = 0xFFFFFFFF;
     int depth_ = 0;
-    std::vector<NodeId> kids_; // children being gathered, innermost last
+    bool symbolsCutShort_ = false; // the file ended inside the symbols section
+    bool inForHeader_ = false;     // between the parentheses of a "for"
+    std::vector<NodeId> kids_;     // children being gathered, innermost last
     ParseOutcome outcome_;
 };
 
