@@ -324,7 +324,7 @@ Token Lexer::lexString(Token& t) {
                 error = LexError::UnknownEscape;
                 errorByte = n;
                 errorBegin = position();
-                errorEnd = positionAt(pos_ + 2);
+                errorEnd = positionAt(pos_ + (isLineEnd(n) ? 1 : 2)); // a span never takes in a line end
             }
             if (n == '\r') { // the string goes no further than its line
                 ++pos_;

@@ -102,7 +102,8 @@ public:
 
     ParseOutcome run() {
         advance();
-        const NodeId file = add(NodeKind::File, tok_.span.begin);
+        const NodeId file =
+            add(NodeKind::File, Position{}); // the whole text, comments before the first token too
         const std::size_t mark = kids_.size();
         if (isWord(tok_, "flags") && !parseFlags()) {
             skipToLineStarting("symbols", "code"); // nothing more is reported on the way
@@ -469,7 +470,10 @@ private:
         tree_.nodes.resize(nodeMark);
         kids_.resize(kidMark);
         outcome_.codeBroken = true;
+        const std::uint32_t at = tok_.span.begin.offset;
         recoverStatement(topLevel);
+        // A "}" with no block to close stops the skipping where it began: pass over it.
+        if (topLevel && tok_.span.begin.offset == at && tok_.kind == Tok::RBrace) advance();
     }
 
     // Skips to the end of the broken statement: past the next ";" or the "}" that closes a block
