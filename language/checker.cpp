@@ -111,7 +111,7 @@ private:
     std::string_view textOf(const Span& s) const {
         return text_.substr(s.begin.offset, s.end.offset - s.begin.offset);
     }
-    std::string quoted(const Span& s) const { return "'" + std::string(textOf(s)) + "'"; }
+    std::string quoted(const Span& s) const { return quote(textOf(s)); }
     void report(Severity severity, const char* code, const Span& span, std::string text) {
         diags_.push_back({severity, code, span, std::move(text), false});
     }
@@ -232,8 +232,7 @@ private:
         if (symbol != kNoRef) return symbols_.symbols[symbol].type;
         if (isGlobalName(name)) return Type::Any;
         if (!parsed_.symbolsBroken)
-            report(Severity::Warning, "undeclared-name", n.nameSpan,
-                   "'" + std::string(name) + "' is not declared");
+            report(Severity::Warning, "undeclared-name", n.nameSpan, quote(name) + " is not declared");
         Symbol implicit;
         implicit.name = std::string(name);
         implicit.implicit = true;
@@ -340,24 +339,25 @@ private:
 
     // A left-leaning chain of binary operators or commas, walked without recursion on its left.
     Type chain(NodeId id, bool used) {
-        std::vector<NodeId> spine;
+        const std::size_t base = spine_.size(); // spine_ is shared by nested chains, each above the last
         NodeId n = id;
         while (tree_[n].kind == NodeKind::Binary || tree_[n].kind == NodeKind::Comma) {
-            spine.push_back(n);
+            spine_.push_back(n);
             n = tree_[n].firstChild;
         }
-        Type left = expression(n, tree_[spine.back()].kind != NodeKind::Comma);
-        for (std::size_t i = spine.size(); i-- > 0;) {
-            const NodeId s = spine[i];
+        Type left = expression(n, tree_[spine_.back()].kind != NodeKind::Comma);
+        for (std::size_t i = spine_.size(); i-- > base;) {
+            const NodeId s = spine_[i];
             const NodeId right = tree_[tree_[s].firstChild].nextSibling;
             if (tree_[s].kind == NodeKind::Comma) {
                 // A comma gives its right side's value to whatever takes the comma's.
-                const bool commaUsed = i == 0 ? used : tree_[spine[i - 1]].kind != NodeKind::Comma;
+                const bool commaUsed = i == base ? used : tree_[spine_[i - 1]].kind != NodeKind::Comma;
                 left = set(s, expression(right, commaUsed));
             } else {
                 left = set(s, binary(s, left, expression(right, true)));
             }
         }
+        spine_.resize(base);
         return left;
     }
 
@@ -515,6 +515,7 @@ private:
     SymbolTable& symbols_;
     std::vector<Diagnostic>& diags_;
     std::vector<NodeId> calls_;
+    std::vector<NodeId> spine_;      // the left spines of the binary chains being checked
     std::uint32_t current_ = kNoRef; // the label whose code the flow walk is in
     bool ranCode_ = false;           // a statement of that label's code was walked
 };

@@ -95,7 +95,7 @@ std::string describe(const Token& t, std::string_view text) {
     std::string_view s = text.substr(t.span.begin.offset, t.span.end.offset - t.span.begin.offset);
     const bool cut = s.size() > 24;
     if (cut) s = s.substr(0, 24);
-    return "'" + std::string(s) + (cut ? "...'" : "'");
+    return cut ? quote(std::string(s) + "...") : quote(s);
 }
 
 void Lexer::lineEnd() {
@@ -116,7 +116,10 @@ bool Lexer::skipBlanks(Mode mode) {
             lineEnd();
             crossed = true;
         } else if (c == '#' || (c == '/' && at(pos_ + 1) == '/')) {
-            while (!atEnd(pos_) && !isLineEnd(text_[pos_])) ++pos_;
+            const char* p = text_.data() + pos_;
+            const char* const end = text_.data() + text_.size();
+            while (p != end && *p != '\n' && *p != '\r') ++p;
+            pos_ = static_cast<std::uint32_t>(p - text_.data());
         } else {
             break;
         }
@@ -151,8 +154,10 @@ Token Lexer::next(Mode mode) {
         return finish(t, Tok::Newline);
     }
     if (isIdentStart(c)) {
-        ++pos_;
-        while (!atEnd(pos_) && isIdentChar(text_[pos_])) ++pos_;
+        const char* p = text_.data() + pos_ + 1;
+        const char* const end = text_.data() + text_.size();
+        while (p != end && isIdentChar(*p)) ++p;
+        pos_ = static_cast<std::uint32_t>(p - text_.data());
         return finish(t, Tok::Identifier);
     }
     if (isDigit(c) || (c == '.' && isDigit(at(pos_ + 1)))) return lexNumber(t, mode == Mode::Code);

@@ -316,7 +316,7 @@ private:
         const std::string typeText = type ? typeName(*type) : std::string(textOf(typeTok));
         if (!type)
             found.push_back(
-                {typeTok.span, "unknown-type", "unknown symbol type '" + typeText + "'", Severity::Error});
+                {typeTok.span, "unknown-type", "unknown symbol type " + quote(typeText), Severity::Error});
         symbol.type = type.value_or(Type::Any);
         symbol.local = symbol.type == Type::Message;
 
@@ -327,7 +327,7 @@ private:
             advance();
             symbol.valueSpan = value.span;
             const ValueKind kind = classifyValue(textOf(value));
-            const std::string shown = "'" + std::string(textOf(value)) + "'";
+            const std::string shown = quote(textOf(value));
             switch (symbol.type) {
             case Type::Int:
             case Type::Float:
@@ -381,7 +381,7 @@ private:
             }
             std::size_t e = 0;
             while (e < kExtensionNames.size() && !equalsNoCase(extName, kExtensionNames[e])) ++e;
-            const std::string shown = "'" + std::string(extName) + "'";
+            const std::string shown = quote(extName);
             if (e == kExtensionNames.size()) {
                 found.push_back(
                     {extTok.span, "unknown-extension", "unknown extension " + shown, Severity::Error});
@@ -417,7 +417,7 @@ private:
 
         if (const std::uint32_t earlier = symbols_.findSymbol(symbol.name); earlier != kNoRef)
             found.push_back({nameTok.span, "redeclared",
-                             "'" + symbol.name + "' is declared again (before on line " +
+                             quote(symbol.name) + " is declared again (before on line " +
                                  std::to_string(symbols_.symbols[earlier].nameSpan.begin.line) + ")",
                              Severity::Warning});
         const std::string_view name = symbol.name;
@@ -428,7 +428,7 @@ private:
                 (digits.size() == 1 || (digits[0] == '1' && digits[1] <= '5' && isDigit(digits[1])));
             if (number)
                 found.push_back({nameTok.span, "hides-global",
-                                 "'" + symbol.name + "' hides the engine's global variable of that name",
+                                 quote(symbol.name) + " hides the engine's global variable of that name",
                                  Severity::Warning});
         }
         tree_[decl].ref = symbols_.addSymbol(std::move(symbol));

@@ -1,6 +1,7 @@
 // Small byte-level helpers of the language reader: ASCII letter case and character classes.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -9,17 +10,30 @@ namespace language {
 inline char lowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
+// Byte classes by table: the lexer asks them of every byte.
+enum : unsigned char { kDigitClass = 1, kLetterClass = 2, kUnderscoreClass = 4, kHexClass = 8 };
+inline constexpr auto kCharClasses = [] {
+    std::array<unsigned char, 256> t{};
+    for (int c = '0'; c <= '9'; ++c) t[c] = kDigitClass | kHexClass;
+    for (int c = 'a'; c <= 'z'; ++c) t[c] = t[c - 'a' + 'A'] = kLetterClass;
+    for (int c = 'a'; c <= 'f'; ++c) t[c] = t[c - 'a' + 'A'] = kLetterClass | kHexClass;
+    t['_'] = kUnderscoreClass;
+    return t;
+}();
+inline unsigned char charClass(char c) {
+    return kCharClasses[static_cast<unsigned char>(c)];
+}
 inline bool isDigit(char c) {
-    return c >= '0' && c <= '9';
+    return charClass(c) & kDigitClass;
 }
 inline bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return charClass(c) & kLetterClass;
 }
 inline bool isIdentStart(char c) {
-    return isLetter(c) || c == '_';
+    return charClass(c) & (kLetterClass | kUnderscoreClass);
 }
 inline bool isIdentChar(char c) {
-    return isIdentStart(c) || isDigit(c);
+    return charClass(c) & (kLetterClass | kUnderscoreClass | kDigitClass);
 }
 inline bool isHexDigit(char c) {
     return isDigit(c) || (lowerAscii(c) >= 'a' && lowerAscii(c) <= 'f');
@@ -32,11 +46,30 @@ inline bool equalsNoCase(std::string_view a, std::string_view b) {
     return true;
 }
 
-// The name in lower case, written into out (whose buffer is reused from call to call).
-inline const std::string& lowered(std::string_view name, std::string& out) {
-    out.assign(name);
-    for (char& c : out) c = lowerAscii(c);
-    return out;
+// Hashing and equality of names without regard to ASCII letter case, for maps keyed by name that
+// are looked up with a string_view into the text (no lower-case copy made).
+struct NoCaseHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view s) const {
+        std::size_t h = 1469598103934665603ull;
+        for (char c : s) h = (h ^ static_cast<unsigned char>(lowerAscii(c))) * 1099511628211ull;
+        return h;
+    }
+};
+struct NoCaseEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const { return equalsNoCase(a, b); }
+};
+
+// The text in single quotes: 'text'. (Built by appending: GCC 12 warns falsely about
+// "'" + std::string + "'" chains.)
+inline std::string quote(std::string_view text) {
+    std::string s;
+    s.reserve(text.size() + 2);
+    s += '\'';
+    s.append(text);
+    s += '\'';
+    return s;
 }
 
 // The word with "a" or "an" before it: "a thing", "an int".

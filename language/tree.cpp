@@ -25,9 +25,8 @@ NodeId SyntaxTree::nodeAt(std::uint32_t offset) const {
 
 namespace {
 
-std::uint32_t find(const std::unordered_map<std::string, std::uint32_t>& index, std::string_view name) {
-    thread_local std::string key;
-    const auto it = index.find(lowered(name, key));
+template <class Index> std::uint32_t find(const Index& index, std::string_view name) {
+    const auto it = index.find(name);
     return it == index.end() ? kNoRef : it->second;
 }
 
@@ -42,16 +41,14 @@ std::uint32_t SymbolTable::findLabel(std::string_view name) const {
 
 std::uint32_t SymbolTable::addSymbol(Symbol s) {
     const auto index = static_cast<std::uint32_t>(symbols.size());
-    std::string key;
-    symbolIndex_[lowered(s.name, key)] = index;
+    symbolIndex_.insert_or_assign(s.name, index);
     symbols.push_back(std::move(s));
     return index;
 }
 
 std::uint32_t SymbolTable::addLabel(Label l) {
     const auto index = static_cast<std::uint32_t>(labels.size());
-    std::string key;
-    labelIndex_.emplace(lowered(l.name, key), index);
+    labelIndex_.emplace(l.name, index);
     labels.push_back(std::move(l));
     return index;
 }

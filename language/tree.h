@@ -3,6 +3,7 @@
 #pragma once
 
 #include "language/span.h"
+#include "language/text.h"
 #include "language/types.h"
 
 #include <cstdint>
@@ -103,7 +104,7 @@ public:
     std::uint32_t symbolAt(std::uint32_t offset) const;
 
 private:
-    std::unordered_map<std::string, std::uint32_t> symbolIndex_, labelIndex_;
+    std::unordered_map<std::string, std::uint32_t, NoCaseHash, NoCaseEqual> symbolIndex_, labelIndex_;
 };
 
 } // namespace language

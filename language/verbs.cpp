@@ -33,7 +33,7 @@ bool isName(std::string_view s) {
 std::string parseVerb(std::string_view line, Verb& verb) {
     const std::string_view returns = word(line);
     const auto returnType = verbType(returns);
-    if (!returnType) return "unknown return type '" + std::string(returns) + "'";
+    if (!returnType) return "unknown return type " + quote(returns);
     verb.returns = *returnType;
     line = trim(line);
     const std::size_t open = line.find('(');
@@ -41,14 +41,14 @@ std::string parseVerb(std::string_view line, Verb& verb) {
     if (open == std::string_view::npos || close == std::string_view::npos || close < open)
         return "expected NAME(ARGUMENTS)";
     const std::string_view name = trim(line.substr(0, open));
-    if (!isName(name)) return "'" + std::string(name) + "' is not a verb name";
+    if (!isName(name)) return quote(name) + " is not a verb name";
     verb.name = std::string(name);
     std::string_view args = trim(line.substr(open + 1, close - open - 1));
     while (!args.empty()) {
         const std::size_t comma = args.find(',');
         const std::string_view arg = trim(args.substr(0, comma));
         const auto type = verbType(arg);
-        if (!type || *type == Type::Void) return "unknown argument type '" + std::string(arg) + "'";
+        if (!type || *type == Type::Void) return "unknown argument type " + quote(arg);
         verb.parameters.push_back(*type);
         if (comma == std::string_view::npos) break;
         args.remove_prefix(comma + 1);
@@ -68,7 +68,6 @@ std::string parseVerb(std::string_view line, Verb& verb) {
 
 VerbTable VerbTable::read(std::string_view bytes, std::vector<VerbTableWarning>* warnings) {
     VerbTable table;
-    std::string key;
     std::size_t lineNumber = 0;
     auto warn = [&](std::string reason) {
         if (warnings) warnings->push_back({lineNumber, std::move(reason)});
@@ -83,13 +82,13 @@ VerbTable VerbTable::read(std::string_view bytes, std::vector<VerbTableWarning>*
             line.remove_prefix(6);
             const std::string_view alias = word(line);
             const std::string_view target = word(line);
-            const auto verb = table.byName_.find(lowered(target, key));
+            const auto verb = table.byName_.find(target);
             if (!isName(alias) || !trim(line).empty())
                 warn("expected 'alias NAME VERB'");
             else if (verb == table.byName_.end())
-                warn("alias of an unknown verb '" + std::string(target) + "'");
-            else if (!table.byName_.emplace(lowered(alias, key), verb->second).second)
-                warn("'" + std::string(alias) + "' is listed twice");
+                warn("alias of an unknown verb " + quote(target));
+            else if (!table.byName_.emplace(std::string(alias), verb->second).second)
+                warn(quote(alias) + " is listed twice");
             continue;
         }
         Verb verb;
@@ -97,8 +96,8 @@ VerbTable VerbTable::read(std::string_view bytes, std::vector<VerbTableWarning>*
             warn(std::move(reason));
             continue;
         }
-        if (!table.byName_.emplace(lowered(verb.name, key), table.verbs_.size()).second) {
-            warn("'" + verb.name + "' is listed twice");
+        if (!table.byName_.emplace(verb.name, table.verbs_.size()).second) {
+            warn(quote(verb.name) + " is listed twice");
             continue;
         }
         table.verbs_.push_back(std::move(verb));
@@ -107,8 +106,7 @@ VerbTable VerbTable::read(std::string_view bytes, std::vector<VerbTableWarning>*
 }
 
 const Verb* VerbTable::find(std::string_view name) const {
-    thread_local std::string key;
-    const auto it = byName_.find(lowered(name, key));
+    const auto it = byName_.find(name);
     return it == byName_.end() ? nullptr : &verbs_[it->second];
 }
 

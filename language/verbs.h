@@ -6,6 +6,7 @@
 // "alias NAME VERB" and gives a verb listed above a second name. Names ignore letter case.
 #pragma once
 
+#include "language/text.h"
 #include "language/types.h"
 
 #include <cstddef>
@@ -39,7 +40,7 @@ public:
 
 private:
     std::vector<Verb> verbs_;
-    std::unordered_map<std::string, std::size_t> byName_; // lower-case names and aliases
+    std::unordered_map<std::string, std::size_t, NoCaseHash, NoCaseEqual> byName_; // names and aliases
 };
 
 } // namespace language
