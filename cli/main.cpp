@@ -133,7 +133,8 @@ const char* const kUsage =
     "  lint [--json] [--werror] [--syntax-only] PATH...\n"
     "                                      errors and warnings of the COG language in files and folders\n"
     "\n"
-    "Exit status: 0 all well; 1 an incomplete tree, a finding or a skipped line; 2 a usage error\n"
+    "Exit status: 0 all well; 1 an incomplete tree, a finding, a skipped line or a script error;\n"
+    "2 a usage error\n"
     "or a file that cannot be read.\n"
     "Run 'tessary-cli COMMAND --help' for the details of one command.\n";
 
