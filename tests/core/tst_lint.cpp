@@ -1,6 +1,6 @@
 // The COG language checker, through tessary-cli lint: every tests/cases/lint/NAME.cog is linted
-// and its output compared with NAME.expected; the command's options and exit status; the
-// verb table reader.
+// and its output compared with NAME.expected (and with NAME.json, where there is one, for
+// --json); the command's options and exit status; the verb table reader.
 #include "language/verbs.h"
 #include "runcli.h"
 
@@ -62,6 +62,10 @@ void tst_Lint::golden() {
     QCOMPARE(QString::fromUtf8(r.out), QString::fromUtf8(expected));
     QCOMPARE(r.err, QByteArray());
     QCOMPARE(r.status, expected.contains(": error: ") ? 1 : 0);
+    // Where the ends of the spans matter, NAME.json holds the --json output too.
+    const QString json = kCases + "/" + QFileInfo(name).completeBaseName() + ".json";
+    if (QFile::exists(json))
+        QCOMPARE(QString::fromUtf8(lint({"--json", name}).out), QString::fromUtf8(readAll(json)));
 }
 
 // A folder is every *.cog below it in sorted order, checked in parallel, printed in that order.
@@ -130,6 +134,8 @@ void tst_Lint::verbTable_data() {
     QTest::newRow("verb") << QByteArray("vector getthingvel(thing)") << "";
     QTest::newRow("no arguments, deprecated") << QByteArray("nothing heapfree() deprecated") << "";
     QTest::newRow("alias") << QByteArray("alias gethealth getthinghealth") << "";
+    QTest::newRow("blanks and CR around")
+        << QByteArray(" \tvector getthinglvec( thing )\t deprecated \t\r") << "";
     QTest::newRow("alias of nothing")
         << QByteArray("alias x nothere") << "2: alias of an unknown verb 'nothere'";
     QTest::newRow("bad return") << QByteArray("real sin(flex)") << "2: unknown return type 'real'";
