@@ -26,6 +26,7 @@ bool registerTarget(const char* name, Body body) {
 #include "tests/fuzz/fuzz_explorer.cpp"
 #include "tests/fuzz/fuzz_findreplace.cpp"
 #include "tests/fuzz/fuzz_firstoccurrence.cpp"
+#include "tests/fuzz/fuzz_language.cpp"
 #include "tests/fuzz/fuzz_layout.cpp"
 #include "tests/fuzz/fuzz_messages.cpp"
 #include "tests/fuzz/fuzz_recentfiles.cpp"
