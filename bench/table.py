@@ -111,6 +111,13 @@ def main():
             g = (ten["us"] / ten["bytes"]) / (one["us"] / one["bytes"])
             target("%s: no quadratic growth 1 MB to 10 MB" % label,
                    "time per byte grows %.2fx" % g, g <= 2)
+    lint = core.get("BM_Lint/%d" % 2**20)
+    if lint and "us" in lint:
+        r = lint["us"] / lint["baseline_us"]
+        target("lint of 1 MB within 30x of memchr", "%s, %.0fx" % (fmt_us(lint["us"]), r), r <= 30)
+    lint50 = core.get("BM_Lint/%d" % (50 * 1024))
+    if lint50 and "us" in lint50:
+        target("lint of a 50 KB script under 2 ms", fmt_us(lint50["us"]), lint50["us"] < 2000)
     ra = core.get("BM_ReplaceAll_100k", {}).get("raw", {}).get("real_time")
     ra = ra * UNIT_US[core["BM_ReplaceAll_100k"]["raw"]["time_unit"]] if ra else None  # wall clock, as sed
     sed = us("BM_Sed_ReplaceAll_100k/iterations:5/manual_time")

@@ -16,6 +16,7 @@ int runOutline(const Args& args);
 int runCheck(const Args& args);
 int runReference(const Args& args);
 int runGenerate(const Args& args);
+int runLint(const Args& args);
 
 // The arguments of a command that reads files: --json, --help (or -h), "--" ending the options,
 // and the files.
@@ -33,11 +34,24 @@ std::optional<int> parseFileArgs(const Args& args, const char* name, const char*
 
 // Reads a whole file as bytes; false (and a message on stderr naming the file) when it cannot.
 bool readFile(const std::string& path, std::string& bytes);
+// The same, the message returned instead (empty when the file was read).
+std::string readFileOrSayWhy(const std::string& path, std::string& bytes);
 
 // Reads each file in turn and hands its bytes to report, which returns false when the file has
 // findings. The exit status: 2 when a file cannot be read (the others are still reported), else 1
 // when a file has findings, else 0.
 int forEachFile(const std::vector<std::string>& files,
                 const std::function<bool(const std::string& file, const std::string& text)>& report);
+
+} // namespace cli
+
+namespace cli {
+
+// Like forEachFile, with the files handled on every core: report writes what to print for a
+// file into out and returns false when the file has findings. Outputs and the messages about
+// unreadable files appear in the files' order. "-" is standard input, reported as "<stdin>".
+using ParallelReport =
+    std::function<bool(const std::string& file, const std::string& text, std::string& out)>;
+int forEachFileInParallel(const std::vector<std::string>& files, const ParallelReport& report);
 
 } // namespace cli

@@ -2,34 +2,79 @@
 #include "cli/commands.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <sstream>
+#include <thread>
 
 namespace cli {
 
-bool readFile(const std::string& path, std::string& bytes) {
+std::string readFileOrSayWhy(const std::string& path, std::string& bytes) {
     std::error_code ec;
-    if (std::filesystem::is_directory(path, ec)) { // opens, but reads nothing
-        std::cerr << "tessary-cli: cannot read " << path << ": it is a directory\n";
-        return false;
-    }
+    if (std::filesystem::is_directory(path, ec)) // opens, but reads nothing
+        return "tessary-cli: cannot read " + path + ": it is a directory\n";
     std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        std::cerr << "tessary-cli: cannot read " << path << ": " << std::strerror(errno) << "\n";
-        return false;
-    }
+    if (!in) return "tessary-cli: cannot read " + path + ": " + std::strerror(errno) + "\n";
     std::ostringstream buffer;
     buffer << in.rdbuf();
-    if (in.bad()) {
-        std::cerr << "tessary-cli: cannot read " << path << "\n";
-        return false;
-    }
+    if (in.bad()) return "tessary-cli: cannot read " + path + "\n";
     bytes = std::move(buffer).str();
-    return true;
+    return {};
+}
+
+bool readFile(const std::string& path, std::string& bytes) {
+    const std::string why = readFileOrSayWhy(path, bytes);
+    std::cerr << why;
+    return why.empty();
+}
+
+int forEachFileInParallel(const std::vector<std::string>& files, const ParallelReport& report) {
+    struct Result {
+        std::string out, err;
+        int status = 0;
+    };
+    std::vector<Result> results(files.size());
+    std::string standardInput;
+    bool stdinRead = false;
+    auto run = [&](std::size_t i) {
+        Result& r = results[i];
+        std::string bytes;
+        const bool isStdin = files[i] == "-";
+        if (!isStdin) r.err = readFileOrSayWhy(files[i], bytes);
+        if (!r.err.empty()) {
+            r.status = 2;
+            return;
+        }
+        if (!report(isStdin ? "<stdin>" : files[i], isStdin ? standardInput : bytes, r.out)) r.status = 1;
+    };
+    for (const std::string& f : files)
+        if (f == "-" && !stdinRead) {
+            std::ostringstream buffer;
+            buffer << std::cin.rdbuf();
+            standardInput = std::move(buffer).str();
+            stdinRead = true;
+        }
+    std::atomic<std::size_t> next{0};
+    auto worker = [&] {
+        for (std::size_t i; (i = next++) < files.size();) run(i);
+    };
+    const std::size_t threads =
+        std::min<std::size_t>(std::max(1u, std::thread::hardware_concurrency()), files.size());
+    std::vector<std::thread> pool;
+    for (std::size_t t = 1; t < threads; ++t) pool.emplace_back(worker);
+    worker();
+    for (std::thread& t : pool) t.join();
+    int status = 0;
+    for (const Result& r : results) {
+        std::cout << r.out;
+        std::cerr << r.err;
+        status = std::max(status, r.status);
+    }
+    return status;
 }
 
 int forEachFile(const std::vector<std::string>& files,
@@ -85,8 +130,11 @@ const char* const kUsage =
     "  check [--json] [--caret N] FILE...  brace and section findings, as FILE:LINE:COLUMN: TEXT\n"
     "  reference [--json] FILE             the tree of a reference file, warnings for skipped lines\n"
     "  generate TEMPLATE [NAME=VALUE]...   the COG text a template generates (--list: its parameters)\n"
+    "  lint [--json] [--werror] [--syntax-only] PATH...\n"
+    "                                      errors and warnings of the COG language in files and folders\n"
     "\n"
-    "Exit status: 0 all well; 1 an incomplete tree, a finding or a skipped line; 2 a usage error\n"
+    "Exit status: 0 all well; 1 an incomplete tree, a finding, a skipped line or a script error;\n"
+    "2 a usage error\n"
     "or a file that cannot be read.\n"
     "Run 'tessary-cli COMMAND --help' for the details of one command.\n";
 
@@ -107,6 +155,7 @@ int main(int argc, char** argv) {
     if (command == "check") return cli::runCheck(args);
     if (command == "reference") return cli::runReference(args);
     if (command == "generate") return cli::runGenerate(args);
+    if (command == "lint") return cli::runLint(args);
     std::cerr << "tessary-cli: unknown command '" << command << "'\n" << kUsage;
     return 2;
 }

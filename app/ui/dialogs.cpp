@@ -49,10 +49,16 @@ int Dialogs::msgBox(const QString& text, int buttons, int icon, const QString& t
     box.setIcon(icon == vbCritical      ? QMessageBox::Critical
                 : icon == vbExclamation ? QMessageBox::Warning
                                         : QMessageBox::NoIcon);
+    const bool secondIsDefault = buttons & vbDefaultButton2;
+    buttons &= ~vbDefaultButton2;
     if (buttons == vbYesNoCancel) {
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-        box.setDefaultButton(QMessageBox::Yes);
+        box.setDefaultButton(secondIsDefault ? QMessageBox::No : QMessageBox::Yes);
         box.setEscapeButton(QMessageBox::Cancel);
+    } else if (buttons == vbYesNo) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setDefaultButton(secondIsDefault ? QMessageBox::No : QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::No);
     } else {
         box.setStandardButtons(QMessageBox::Ok);
     }

@@ -12,7 +12,8 @@ class QWidget;
 namespace ui {
 
 // Buttons, icons and answers of MsgBox.
-enum : int { vbOKOnly = 0, vbYesNoCancel = 3 };
+// vbDefaultButton2, added to the buttons, makes the second button the default.
+enum : int { vbOKOnly = 0, vbYesNoCancel = 3, vbYesNo = 4, vbDefaultButton2 = 256 };
 enum : int { vbCritical = 16, vbExclamation = 48 };
 enum : int { vbOK = 1, vbCancel = 2, vbYes = 6, vbNo = 7 };
 
@@ -26,7 +27,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcUi)
 class Dialogs {
 public:
     virtual ~Dialogs() = default;
-    // Returns vbOK, or vbYes / vbNo / vbCancel for vbYesNoCancel.
+    // Returns vbOK, or vbYes / vbNo / vbCancel for vbYesNoCancel and vbYesNo.
     virtual int msgBox(const QString& text, int buttons, int icon, const QString& title);
     // Cancel answers the empty text.
     virtual QString inputBox(const QString& prompt, const QString& title, const QString& defaultText);

@@ -81,8 +81,8 @@ public:
     void mnuFileExit_Click();
     void mnuFileMRU_Click(int index);
     void mnuOpenTemp_Click();
-    // Saves a window as File Save does (Save As for a never-saved one). False only when a write
-    // failed; a cancelled Save As dialog counts as done.
+    // Saves a window as File Save does (Save As for a never-saved one). False when nothing was
+    // saved: a write failed, the user kept the changed file on disk, or Save As was cancelled.
     bool saveWindow(frmTessary* w);
     bool saveWindowAs(frmTessary* w);
 

@@ -4,7 +4,9 @@
 #include "app/ui/KeyedTreeView.h"
 #include "app/ui/MRU.h"
 #include "app/ui/dialogs.h"
+#include "app/ui/diskfile.h"
 #include "app/ui/frmMain.h"
+#include "app/ui/recovery.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/EditorFeatures.h"
 #include "editor/ui/frmTessary.h"
@@ -17,7 +19,6 @@
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QSaveFile>
 #include <QSettings>
 
 #include <Qsci/qscilexer.h>
@@ -83,6 +84,28 @@ std::string latin1(const QString& s) {
     return s.toLatin1().toStdString();
 }
 
+// Reads a file into the window's text. False, with the reason, when it cannot be read; the text
+// is then unchanged when the file was refused before reading, and empty when reading failed.
+bool loadInto(frmTessary* w, const QString& path, QString& reason, editor::DiskState* state = nullptr) {
+    diskfile::Opened opened = diskfile::openForReading(path);
+    if (!opened.file) {
+        reason = opened.error;
+        return false;
+    }
+    if (!w->txtMain->loadFrom(*opened.file)) {
+        reason = opened.file->error() == QFileDevice::NoError
+                     ? QStringLiteral("there is not enough memory for it")
+                     : opened.file->errorString();
+        return false;
+    }
+    if (state) {
+        *state = opened.state;
+        const std::string_view bytes = w->txtMain->bytes();
+        state->hash = diskfile::digest({QByteArrayView(bytes)});
+    }
+    return true;
+}
+
 } // namespace
 
 frmMain* frame() {
@@ -138,6 +161,7 @@ frmMain* Main(const QString& commandLine) {
         delete gFrame;
         return nullptr;
     }
+    recovery::startSession();
     gFrame->show();
     objMRU->LoadMRU(gFrame->mnuFileMRU, gFrame->mnuFileBar6);
     if (!commandLine.isEmpty())
@@ -147,7 +171,13 @@ frmMain* Main(const QString& commandLine) {
     gFrame->cmbTvwSel->setCurrentIndex(0);
     gFrame->cmbTvwSel_Click();
     colVarTypes = cog::symbolTypes();
+    recovery::offer();
     return gFrame;
+}
+
+void reportUnreadable(const QString& path, const QString& reason) {
+    ui::MsgBox(QStringLiteral("Could not open ") + path + QStringLiteral(": ") + reason, ui::vbOKOnly,
+               ui::vbCritical);
 }
 
 QString GetFileTitle(const QString& path) {
@@ -185,8 +215,13 @@ frmTessary* NewCogWindow(const QString& path, const QString& title) {
     frame()->mdiArea->setActiveSubWindow(sub);
     strCurCog = key;
 
-    QFile defaults(programDirectory() + QStringLiteral("/default.cog"));
-    if (defaults.open(QIODevice::ReadOnly)) w->txtMain->loadFrom(defaults);
+    recovery::attach(w);
+    QObject::connect(w, &frmTessary::reloadRequested, w, [w] { ReloadCogFile(w); });
+
+    // A missing default.cog gives an empty window; one that cannot be read is reported.
+    const QString defaults = programDirectory() + QStringLiteral("/default.cog");
+    if (QString reason; !loadInto(w, defaults, reason) && QFileInfo::exists(defaults))
+        reportUnreadable(defaults, reason);
     LoadMessages();
     ApplyFont(w);
     w->clearModified();
@@ -209,40 +244,73 @@ void ApplyFont(frmTessary* w) {
 bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool reportFailure) {
     w->strFile = path;
     w->strFileTitle = title;
-    QFile file(path);
-    const bool isDir = QFileInfo(path).isDir();
-    if (isDir || !file.open(QIODevice::ReadOnly) || !w->txtMain->loadFrom(file)) {
-        if (reportFailure)
-            ui::MsgBox(QStringLiteral("Could not open ") + path + QStringLiteral(": ") +
-                           (isDir ? QStringLiteral("it is a directory") : file.errorString()),
-                       ui::vbOKOnly, ui::vbCritical);
+    QString reason;
+    editor::DiskState state;
+    if (!loadInto(w, path, reason, &state)) {
+        // The window stays, bound to no file: Save cannot overwrite a file it never read.
+        w->strFile = QStringLiteral("blank");
+        w->strFileTitle.clear();
+        w->setCaption(QStringLiteral("Cog ") + w->Tag.mid(3));
+        w->setDiskState({});
+        w->clearModified();
+        RefreshCogList();
+        if (reportFailure) reportUnreadable(path, reason);
         return false;
     }
+    w->setDiskState(state);
     w->clearModified();
     RefreshCogList();
     return true;
 }
 
+void ReloadCogFile(frmTessary* w) {
+    const QString name = w->strFileTitle.isEmpty() ? w->Caption() : w->strFileTitle;
+    if (w->bMod &&
+        ui::MsgBox(QStringLiteral("Reload ") + name +
+                       QStringLiteral(" from disk?\r\nThe changes made in this window will be replaced by "
+                                      "the file's text (Undo brings them back)."),
+                   ui::vbYesNo | ui::vbDefaultButton2, ui::vbExclamation) != ui::vbYes)
+        return;
+    QByteArray bytes;
+    QString reason;
+    editor::DiskState state;
+    if (!diskfile::readAll(w->strFile, bytes, reason, &state)) {
+        reportUnreadable(w->strFile, reason);
+        return;
+    }
+    // One step that Undo takes back, so that the window's own text is never lost.
+    w->txtMain->SendScintilla(QsciScintilla::SCI_BEGINUNDOACTION);
+    w->txtMain->setTextBytes(bytes);
+    w->txtMain->SendScintilla(QsciScintilla::SCI_ENDUNDOACTION);
+    w->setDiskState(state);
+    w->clearModified();
+    recovery::forget(w);
+}
+
 bool SaveCogFile(frmTessary* w, const QString& path, const QString& title) {
-    const QString oldFile = w->strFile, oldTitle = w->strFileTitle;
-    w->strFile = path;
-    w->strFileTitle = title;
-    // Written to a temporary file and renamed over the old one only when complete.
-    QSaveFile file(path);
+    // Another program, or another window of the same file, may have written it since this
+    // window read or wrote it.
+    if (path == w->strFile &&
+        editor::compareDiskState(w->diskState, diskfile::currentState(path)) == editor::DiskChange::Changed &&
+        ui::MsgBox(path +
+                       QStringLiteral(" has changed on disk since you opened it.\r\nSave anyway, replacing "
+                                      "it with the text of this window?"),
+                   ui::vbYesNo | ui::vbDefaultButton2, ui::vbExclamation) != ui::vbYes)
+        return false;
     const std::string_view text = w->txtMain->bytes();
-    const bool written =
-        file.open(QIODevice::WriteOnly) &&
-        file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
-        file.write("\r\n", 2) == 2 && file.commit();
-    if (!written) {
-        // The window still holds the file it held before.
-        w->strFile = oldFile;
-        w->strFileTitle = oldTitle;
-        ui::MsgBox(QStringLiteral("Could not save ") + path + QStringLiteral(": ") + file.errorString() +
+    QString error;
+    editor::DiskState written;
+    if (!diskfile::write(path, {QByteArrayView(text), QByteArrayView("\r\n")}, error, &written)) {
+        // The window still holds the file it held before, and its text.
+        ui::MsgBox(QStringLiteral("Could not save ") + path + QStringLiteral(": ") + error +
                        QStringLiteral("\r\nYour text is still in its window."),
                    ui::vbOKOnly, ui::vbCritical);
         return false;
     }
+    w->strFile = path;
+    w->strFileTitle = title;
+    w->setDiskState(written);
+    recovery::forget(w);
     return true;
 }
 

@@ -55,13 +55,20 @@ void setProgramDirectory(const QString& dir); // for tests
 frmMain* Main(const QString& commandLine);
 
 void OpenCogFile(const QString& path);
+// Tells the user that path cannot be opened, and why.
+void reportUnreadable(const QString& path, const QString& reason);
 QString GetFileTitle(const QString& path);
 frmTessary* NewCogWindow(const QString& path, const QString& title);
 // Replaces the window's text by the file's bytes; false when the file cannot be read (after
-// telling the user, unless reportFailure is false).
+// telling the user, unless reportFailure is false), which leaves the window bound to no file.
 bool LoadCogFile(frmTessary* w, const QString& path, const QString& title, bool reportFailure = true);
+// Reads the window's file again (asking first when the window is modified); Undo brings back
+// what the window held.
+void ReloadCogFile(frmTessary* w);
 // Writes the text plus CR LF; false (after telling the user which file and why) when it fails,
-// leaving the old file and the window's strFile and strFileTitle as they were.
+// leaving the old file and the window's strFile and strFileTitle as they were. Asks first when
+// the window's own file changed on disk since the window read or wrote it; false when the user
+// answers No.
 bool SaveCogFile(frmTessary* w, const QString& path, const QString& title);
 void RefreshCogList();
 // The editor and printing font of the settings.

@@ -87,18 +87,22 @@ void CogTextBox::setTextBytes(const QByteArray& bytes) {
 bool CogTextBox::loadFrom(QIODevice& device) {
     SendScintilla(SCI_SETUNDOCOLLECTION, 0UL, 0L);
     SendScintilla(SCI_CLEARALL);
-    if (const qint64 size = device.size(); size > 0 && !device.isSequential())
-        SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(size) + 1, 0L); // no regrowing on the way
-    QByteArray block(1 << 20, Qt::Uninitialized);
     bool ok = true;
-    for (qint64 n; (n = device.read(block.data(), block.size())) != 0;) {
-        if (n < 0) {
-            ok = false;
-            SendScintilla(SCI_CLEARALL);
-            break;
+    try {
+        if (const qint64 size = device.size(); size > 0 && !device.isSequential())
+            SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(size) + 1, 0L); // no regrowing on the way
+        QByteArray block(1 << 20, Qt::Uninitialized);
+        for (qint64 n; (n = device.read(block.data(), block.size())) != 0;) {
+            if (n < 0) {
+                ok = false;
+                break;
+            }
+            SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(n), block.constData());
         }
-        SendScintilla(SCI_APPENDTEXT, static_cast<unsigned long>(n), block.constData());
+    } catch (const std::bad_alloc&) { // more than the memory can hold: the device reports no error
+        ok = false;
     }
+    if (!ok) SendScintilla(SCI_CLEARALL);
     SendScintilla(SCI_EMPTYUNDOBUFFER);
     SendScintilla(SCI_SETUNDOCOLLECTION, 1UL, 0L);
     SendScintilla(SCI_GOTOPOS, 0UL, 0L);

@@ -27,7 +27,7 @@ public:
     // Replaces the whole text with what the device reads, as opening a file does: nothing to undo
     // afterwards. The bytes pass to the editor in blocks, so a large file is never held twice, and
     // no undo history is built on the way. False when reading fails (the device's errorString says
-    // why); the text is then empty.
+    // why, or reports no error when the memory ran out); the text is then empty.
     bool loadFrom(QIODevice& device);
     long textLength() const;
 

@@ -54,7 +54,7 @@ bool frmMain::saveWindow(frmTessary* w) {
 
 bool frmMain::saveWindowAs(frmTessary* w) {
     const QString path = ui::dialogs().saveFileName(DefSaveDir, kCogFilter, QStringLiteral("cog"));
-    if (path.isEmpty()) return true; // cancelled: nothing to report
+    if (path.isEmpty()) return false; // cancelled: nothing saved, so a closing window stays open
     const QString title = QFileInfo(path).fileName();
     if (!SaveCogFile(w, path, title)) return false;
     w->setCaption(title);

@@ -1,16 +1,19 @@
 #include "editor/ui/frmTessary.h"
 
 #include "app/ui/dialogs.h"
+#include "app/ui/diskfile.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "app/ui/twips.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/DiskWatch.h"
 #include "editor/ui/EditorFeatures.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -31,9 +34,36 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     helpLayout->addWidget(lblHelp);
     picMain->hide();
 
+    diskBar = new QFrame(this);
+    diskBar->setObjectName(QStringLiteral("diskBar"));
+    diskBar->setFrameShape(QFrame::StyledPanel);
+    diskBar->setAutoFillBackground(true);
+    diskBar->setBackgroundRole(QPalette::ToolTipBase);
+    lblDisk = new QLabel(diskBar);
+    lblDisk->setObjectName(QStringLiteral("lblDisk"));
+    lblDisk->setTextFormat(Qt::PlainText);
+    lblDisk->setWordWrap(true);
+    lblDisk->setForegroundRole(QPalette::ToolTipText);
+    cmdReload = new QPushButton(QStringLiteral("&Reload"), diskBar);
+    cmdReload->setObjectName(QStringLiteral("cmdReload"));
+    cmdDismiss = new QPushButton(QStringLiteral("&Dismiss"), diskBar);
+    cmdDismiss->setObjectName(QStringLiteral("cmdDismiss"));
+    auto* barLayout = new QHBoxLayout(diskBar);
+    barLayout->setContentsMargins(6, 2, 2, 2);
+    barLayout->addWidget(lblDisk, 1);
+    barLayout->addWidget(cmdReload);
+    barLayout->addWidget(cmdDismiss);
+    diskBar->hide();
+    connect(cmdReload, &QPushButton::clicked, this, &frmTessary::reloadRequested);
+    connect(cmdDismiss, &QPushButton::clicked, diskBar, &QWidget::hide);
+    connect(&DiskWatch::instance(), &DiskWatch::changed, this, [this](const QString& path) {
+        if (path == watchedPath_) checkDisk();
+    });
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(diskBar);
     layout->addWidget(txtMain, 1);
     layout->addWidget(picMain);
 
@@ -62,6 +92,10 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     intParens = 0;
     ipos = 1;
     bMod = false;
+}
+
+frmTessary::~frmTessary() {
+    if (!watchedPath_.isEmpty()) DiskWatch::instance().remove(watchedPath_);
 }
 
 QString frmTessary::Caption() const {
@@ -102,6 +136,7 @@ bool frmTessary::Form_QueryUnload() {
     case ui::vbYes:
         return mdlTessary::frame()->saveWindow(this);
     case ui::vbNo:
+        emit discarded();
         return true;
     default:
         return false;
@@ -115,6 +150,37 @@ void frmTessary::closeEvent(QCloseEvent* event) {
     }
     event->accept();
     mdlTessary::frame()->windowClosed(this);
+    emit closed();
+}
+
+void frmTessary::setDiskState(const editor::DiskState& state) {
+    diskState = state;
+    const bool bound = strFile.compare(QStringLiteral("blank"), Qt::CaseInsensitive) != 0;
+    const QString path = bound ? strFile : QString();
+    if (path != watchedPath_) {
+        if (!watchedPath_.isEmpty()) DiskWatch::instance().remove(watchedPath_);
+        watchedPath_ = path;
+        if (!path.isEmpty()) DiskWatch::instance().add(path);
+    }
+    diskBar->hide();
+}
+
+void frmTessary::checkDisk() {
+    if (watchedPath_.isEmpty()) return;
+    switch (editor::compareDiskState(diskState, diskfile::currentState(watchedPath_))) {
+    case editor::DiskChange::Unchanged:
+        diskBar->hide();
+        return;
+    case editor::DiskChange::Changed:
+        lblDisk->setText(QStringLiteral("The file on disk has changed since this window read or saved it."));
+        cmdReload->show();
+        break;
+    case editor::DiskChange::Deleted:
+        lblDisk->setText(QStringLiteral("The file has been deleted from disk. Save writes it again."));
+        cmdReload->hide();
+        break;
+    }
+    diskBar->show();
 }
 
 bool frmTessary::eventFilter(QObject* watched, QEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cog/layout.h"
+#include "editor/diskstate.h"
 #include "editor/firstoccurrence.h"
 
 #include <QString>
@@ -11,6 +12,7 @@ class CogTextBox;
 class QFrame;
 class QLabel;
 class QMdiSubWindow;
+class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -18,6 +20,7 @@ class frmTessary : public QWidget {
     Q_OBJECT
 public:
     explicit frmTessary(QWidget* parent = nullptr);
+    ~frmTessary() override;
 
     // Controls.
     CogTextBox* txtMain;
@@ -25,6 +28,10 @@ public:
     QLabel* lblHelp;      // the help line inside it
     QFrame* picCogParams; // the pop-up holding the message list
     QTreeWidget* lvwCogParams;
+    QFrame* diskBar; // above the text: the file changed or vanished on disk
+    QLabel* lblDisk;
+    QPushButton* cmdReload;
+    QPushButton* cmdDismiss;
 
     // Public members, shared with the frame and the tools.
     int intParens = 0;    // parentheses opened while the help line is shown
@@ -38,6 +45,9 @@ public:
     cog::Pos lsymend = 0; // 1-based position of the first LF followed by "end"
     long lSpace = 0;      // caret index at which the message pop-up was opened
     QString Tag;          // the window's key in colCogs
+
+    // strFile as this window last read or wrote it.
+    editor::DiskState diskState;
 
     QString Caption() const;
     void setCaption(const QString& caption);
@@ -64,6 +74,19 @@ public:
     // Asks to save when modified; false when the user cancels the close.
     bool Form_QueryUnload();
 
+    // Records what was read from or written to strFile, and watches that file for changes.
+    void setDiskState(const editor::DiskState& state);
+    // Compares strFile on disk with diskState and shows or hides the bar above the text.
+    void checkDisk();
+
+signals:
+    // Reload was pressed in the bar above the text.
+    void reloadRequested();
+    // The user chose not to save the changes when the window closed.
+    void discarded();
+    // The window has closed.
+    void closed();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -74,4 +97,5 @@ private:
     void FindParam(int keyascii);
 
     QString caption_;
+    QString watchedPath_;
 };

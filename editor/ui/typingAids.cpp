@@ -3,6 +3,7 @@
 // calls them and applies the result.
 #include "editor/typingaids.h"
 #include "app/ui/KeyedTreeView.h"
+#include "app/ui/diskfile.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "editor/messages.h"
@@ -10,7 +11,7 @@
 #include "editor/ui/frmTessary.h"
 #include "reference/cogref.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLabel>
@@ -99,7 +100,11 @@ void mdlTessary::LoadMessages() {
     const QString path = programDirectory() + QStringLiteral("/messages.dat");
     w->lvwCogParams->clear();
     QList<QTreeWidgetItem*> items;
-    for (const std::string& name : editor::loadMessages(QFile::encodeName(path).toStdString()))
+    // A missing file gives an empty list; one that cannot be read is reported.
+    QByteArray bytes;
+    if (QString reason; !diskfile::readAll(path, bytes, reason) && QFileInfo::exists(path))
+        reportUnreadable(path, reason);
+    for (const std::string& name : editor::readMessages(std::string_view(bytes.constData(), bytes.size())))
         items << new QTreeWidgetItem(QStringList{fromBytes(name)});
     w->lvwCogParams->addTopLevelItems(items);
     highlight(w->lvwCogParams, nullptr);

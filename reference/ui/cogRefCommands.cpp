@@ -1,6 +1,7 @@
 // The reference tree: loading cogref.dat, showing and inserting entries, and the Tree menu.
 #include "app/ui/KeyedTreeView.h"
 #include "app/ui/dialogs.h"
+#include "app/ui/diskfile.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "editor/ui/CogLexer.h"
@@ -9,7 +10,6 @@
 #include "reference/cogref.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QLineEdit>
 
@@ -44,12 +44,8 @@ bool mdlTessary::LoadCogRef() {
         ui::MsgBox(QStringLiteral("cog.ref needs to be put in ") + dir, ui::vbOKOnly, 0, ui::kTitle);
         return false;
     }
-    QFile file(path);
     QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly))
-        bytes = file.readAll();
-    else
-        qWarning("%s: %s", qPrintable(path), qPrintable(file.errorString()));
+    if (QString reason; !diskfile::readAll(path, bytes, reason)) reportUnreadable(path, reason);
     const reference::CogRef ref = reference::readCogRef(std::string_view(bytes.constData(), bytes.size()));
     for (const auto& w : ref.warnings)
         qWarning("%s:%zu: %s", qPrintable(QDir::toNativeSeparators(path)), w.line, w.reason.c_str());

@@ -1,6 +1,7 @@
 #include "templates/ui/frmCGT.h"
 
 #include "app/ui/dialogs.h"
+#include "app/ui/diskfile.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "app/ui/twips.h"
@@ -8,7 +9,6 @@
 #include "editor/ui/frmTessary.h"
 #include "templates/template.h"
 
-#include <QFile>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QStyle>
@@ -40,20 +40,6 @@ QString fromBytes(const std::string& s) {
 
 std::string toBytes(const QString& s) {
     return s.toLatin1().toStdString();
-}
-
-bool readAll(const QString& path, QByteArray& bytes, QString& error) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = file.errorString();
-        return false;
-    }
-    bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        error = file.errorString();
-        return false;
-    }
-    return true;
 }
 
 } // namespace
@@ -95,7 +81,7 @@ bool frmCGT::OpenCogTemplate(const QString& sFileName) {
     ilen = 0;
     problem_.clear();
     QString error;
-    if (!readAll(sFileName, bytes_, error)) {
+    if (!diskfile::readAll(sFileName, bytes_, error)) {
         problem_ = QStringLiteral("The template file %1 cannot be read: %2.").arg(sFileName, error);
         return false;
     }
@@ -157,7 +143,7 @@ QString frmCGT::rowKey(int row, const QTreeWidget* list) {
 void frmCGT::cmdGenCog_Click() {
     QByteArray now;
     QString error;
-    if (!readAll(sF, now, error)) {
+    if (!diskfile::readAll(sF, now, error)) {
         ui::MsgBox(
             QStringLiteral("The template file %1 cannot be read any more: %2.\r\nNo COG was generated.")
                 .arg(sF, error),

@@ -639,16 +639,17 @@ inline std::string Session::aids(frmTessary* w) {
     return out;
 }
 
-// The entry of a widget test program: the settings store and the runtime directory (where the
-// program listens for paths handed over) live in directories of their own, made for this run, so
-// running a test by hand never touches the user's own settings or a running Tessary. Messages of
-// the system (a failed write) are in English.
+// The entry of a widget test program: the settings store, the recovery copies and the runtime
+// directory (where the program listens for paths handed over) live in directories of their own,
+// made for this run, so running a test by hand never touches the user's own settings or copies or
+// a running Tessary. Messages of the system (a failed write) are in English.
 #define TESSARY_TEST_MAIN(TestClass)                                                                         \
     int main(int argc, char** argv) {                                                                        \
         QTemporaryDir config, runtime;                                                                       \
         if (!config.isValid() || !runtime.isValid()) return 1;                                               \
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));                                        \
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));                                       \
+        qputenv("XDG_DATA_HOME", QFile::encodeName(config.filePath(QStringLiteral("data"))));                \
         qputenv("LC_ALL", "C");                                                                              \
         QApplication app(argc, argv);                                                                        \
         app.setAttribute(Qt::AA_Use96Dpi, true);                                                             \

@@ -60,6 +60,10 @@ private slots:
         QDesktopServices::setUrlHandler("mailto", &links_, "open");
         QDesktopServices::setUrlHandler("https", &links_, "open");
     }
+    void cleanupTestCase() {
+        QDesktopServices::unsetUrlHandler("mailto");
+        QDesktopServices::unsetUrlHandler("https");
+    }
     void init() {
         prepareTessaryTest();
         dialogs_ = ScriptedDialogs();
