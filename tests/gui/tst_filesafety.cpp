@@ -305,6 +305,11 @@ void tst_FileSafety::refusedFilesLeaveAnUnboundWindow() {
         writeFile(target, secret);
         ::chmod(QFile::encodeName(dir_->path()).constData(), 0755);
         ::chmod(QFile::encodeName(target).constData(), 0222);
+        // The new window reads the data files as that user too: put them where anyone may read them,
+        // wherever the build tree is.
+        for (const char* name : {"default.cog", "messages.dat", "cogref.dat"})
+            QVERIFY(QFile::copy(QStringLiteral(TESSARY_BIN_DIR "/") + name, path(name)));
+        mdlTessary::setProgramDirectory(dir_->path());
     }
     start(source == QLatin1String("command line") ? target : QString());
     const int windows = mdlTessary::colCogs.count();
