@@ -313,11 +313,19 @@ string other(const string& text, const Args& a, const QString&) {
 string cli(const string&, const Args& a, const QString& dir) {
     QProcess p;
     p.setWorkingDirectory(dir);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C")); // the system's messages in English
+    p.setProcessEnvironment(env);
     QStringList args;
     for (const auto& s : a) args << QString::fromStdString(s);
     p.start(QStringLiteral(TESSARY_BIN_DIR "/tessary-cli"), args);
     if (!p.waitForFinished(30000)) return "did not end\n";
-    const string out = p.readAllStandardOutput().toStdString(), err = p.readAllStandardError().toStdString();
+    const string out = p.readAllStandardOutput().toStdString();
+    string err = p.readAllStandardError().toStdString();
+    // Of a usage text only the first line: the rest explains the command and changes with it.
+    const auto usage = err.find("Usage: "), next = err.find('\n', usage) + 1;
+    if (usage != string::npos && (usage == 0 || err[usage - 1] == '\n') && next < err.size())
+        err = err.substr(0, next) + "...\n";
     return (out.empty() ? "" : block(out)) + (err.empty() ? "" : "error output\n" + block(err)) + "status " +
            to_string(p.exitCode()) + "\n";
 }
