@@ -6,6 +6,7 @@
 #include "app/ui/twips.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/EditorFeatures.h"
+#include "editor/ui/LineEndWatch.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
@@ -18,6 +19,13 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     txtMain = new CogTextBox(this);
     txtMain->setObjectName(QStringLiteral("txtMain"));
     editorfeatures::install(txtMain);
+    lineEnds = new LineEndWatch(txtMain);
+    picNotices = new QWidget(this);
+    picNotices->setObjectName(QStringLiteral("picNotices"));
+    auto* notices = new QVBoxLayout(picNotices);
+    notices->setContentsMargins(0, 0, 0, 0);
+    notices->setSpacing(0);
+    setupLineEndBar();
 
     picMain = new QFrame(this);
     picMain->setObjectName(QStringLiteral("picMain"));
@@ -34,6 +42,7 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(picNotices);
     layout->addWidget(txtMain, 1);
     layout->addWidget(picMain);
 

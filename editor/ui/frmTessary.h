@@ -8,6 +8,8 @@
 #include <QWidget>
 
 class CogTextBox;
+class LineEndWatch;
+class NoticeBar;
 class QFrame;
 class QLabel;
 class QMdiSubWindow;
@@ -20,6 +22,8 @@ public:
     explicit frmTessary(QWidget* parent = nullptr);
 
     // Controls.
+    QWidget* picNotices;    // the bars above the text (addNotice)
+    NoticeBar* barLineEnds; // shown while lines end otherwise than in CR LF
     CogTextBox* txtMain;
     QFrame* picMain;      // the help strip below the text box
     QLabel* lblHelp;      // the help line inside it
@@ -39,6 +43,8 @@ public:
     long lSpace = 0;      // caret index at which the message pop-up was opened
     QString Tag;          // the window's key in colCogs
 
+    LineEndWatch* lineEnds; // the line-end style of the text
+
     QString Caption() const;
     void setCaption(const QString& caption);
     // Drops the modified mark: bMod false and no trailing "*".
@@ -50,6 +56,14 @@ public:
     void MatchBrace();
     void FindWord();
     void Replace(bool bAll, bool bCheckEdges);
+
+    // Puts the caret on a line (1-based; past the last line: the last) and column (1-based byte
+    // column; past the line's end: its end), and gives the text the focus.
+    void GoToLine(long line, long column);
+    // Converts every line end to eol as one undo step; false when there was nothing to convert.
+    bool ConvertLineEnds(const QByteArray& eol);
+    // Adds a bar above the text, below those already there.
+    void addNotice(NoticeBar* bar);
 
     // Key handling of the text box before the editor sees the key (key-down and character
     // events); true when the key is consumed.
@@ -69,6 +83,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void setupLineEndBar();
+    void lineEnds_StyleChanged();
     void SelectWord();
     void InsertParam(bool bSelect);
     void FindParam(int keyascii);
