@@ -14,7 +14,11 @@
 #include <QLineEdit>
 
 void frmMain::cmdAddVar_Click() {
-    if (cmbVarType->currentIndex() < 0) {
+    // The box is editable: a type typed into it counts only when it is one of the list's items,
+    // never the item picked before.
+    const int typed = cmbVarType->findText(cmbVarType->currentText(), Qt::MatchFixedString);
+    if (typed >= 0 && typed != cmbVarType->currentIndex()) cmbVarType->setCurrentIndex(typed);
+    if (typed < 0 || cmbVarType->currentIndex() < 0) {
         ui::MsgBox(QStringLiteral("You must choose a type!"), ui::vbOKOnly, ui::vbCritical);
         return;
     }
