@@ -81,9 +81,9 @@ struct Bounds {
     }
 };
 
-std::string glyphData(const std::vector<Contour>& contours, Bounds& all, std::size_t& points) {
+// The glyph's outline data; b gets its bounds.
+std::string glyphData(const std::vector<Contour>& contours, Bounds& b, Bounds& all, std::size_t& points) {
     if (contours.empty()) return {};
-    Bounds b;
     for (const Contour& c : contours)
         for (const QPoint& p : c) b.add(p.x, p.y), all.add(p.x, p.y);
     Writer w;
@@ -162,10 +162,12 @@ std::string build(const Font& font) {
     for (const Glyph& g : font.glyphs) {
         const auto contours = contoursOf(g);
         maxContours = std::max(maxContours, contours.size());
-        glyf.bytes += glyphData(contours, all, maxPoints);
+        Bounds b;
+        glyf.bytes += glyphData(contours, b, all, maxPoints);
         loca.u32(static_cast<std::uint32_t>(glyf.bytes.size()));
         maxAdvance = std::max(maxAdvance, std::lround(g.advance));
-        hmtx.u16(std::lround(g.advance)), hmtx.u16(0);
+        // The left side bearing must equal the outline's left edge, or renderers shift it there.
+        hmtx.u16(std::lround(g.advance)), hmtx.u16(contours.empty() ? 0 : b.xMin);
     }
     if (all.xMin > all.xMax) all = {0, 0, 0, 0};
     const long glyphs = static_cast<long>(font.glyphs.size()) + 1;
