@@ -8,6 +8,7 @@
 #include "editor/charset.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/LineEndWatch.h"
+#include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
 
 #include <QActionGroup>
@@ -81,6 +82,10 @@ void frmMain::mnuWindowTabbed_Click() {
 }
 
 void frmMain::setTabbedWindows(bool tabbed) {
+    // Tabs fill the area: there is nothing to arrange.
+    for (QAction* arrange :
+         {mnuWindowCascade, mnuWindowTileHorizontal, mnuWindowTileVertical, mnuWindowArrangeIcons})
+        arrange->setEnabled(!tabbed);
     if (tabbed == (mdiArea->viewMode() == QMdiArea::TabbedView)) return;
     if (tabbed) {
         mdiArea->setViewMode(QMdiArea::TabbedView);
@@ -114,10 +119,19 @@ void frmMain::followEditor(frmTessary* w) {
         const QString path = paths.first();
         QTimer::singleShot(0, this, [path] { mdlTessary::OpenCogFile(path); });
     });
-    connect(w->txtMain, &CogTextBox::characterRefused, this, [this](const QString& character) {
-        sbrMain->showMessage(
-            QStringLiteral("\"%1\" was left out: the file's character set, %2, has no such character.")
-                .arg(character, QString::fromLatin1(editor::kCharsetName)),
-            8000);
-    });
+    connect(w->txtMain, &CogTextBox::characterRefused, this, &frmMain::reportRefused);
+}
+
+std::optional<QByteArray> frmMain::codePageBytes(const QString& text) {
+    QString refused;
+    const auto bytes = codepage::toBytes(text, &refused);
+    if (!bytes) reportRefused(refused);
+    return bytes;
+}
+
+void frmMain::reportRefused(const QString& character) {
+    sbrMain->showMessage(
+        QStringLiteral("\"%1\" was left out: the file's character set, %2, has no such character.")
+            .arg(character, QString::fromLatin1(editor::kCharsetName)),
+        8000);
 }

@@ -4,6 +4,8 @@
 
 #include <QMainWindow>
 
+#include <QByteArray>
+
 #include <array>
 #include <optional>
 #include <string>
@@ -141,6 +143,10 @@ public:
     void windowClosed(frmTessary* w);
     // Moves a new window, and shrinks it where needed, so that it lies wholly inside the area.
     void keepInsideArea(QMdiSubWindow* sub);
+    // Typed text as the file's bytes; nothing, and a message in the status bar, when it holds a
+    // character the file's character set cannot hold.
+    std::optional<QByteArray> codePageBytes(const QString& text);
+    void reportRefused(const QString& character);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

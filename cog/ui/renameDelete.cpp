@@ -34,10 +34,10 @@ void frmMain::tvwCogE_AfterLabelEdit(const std::string& key, const QString& newS
     nLCE = key; // the node being edited is the current one
     const std::string oldLabel = tvwCogE->previousLabel();
     frmTessary* W = explorerWindow(this);
+    const auto newLabel = codePageBytes(newString);
     cog::RenameResult r;
-    if (W)
-        r = cog::renameNode(W->txtMain->bytes(), tvwCogE->model(), key, oldLabel,
-                            newString.toLatin1().toStdString());
+    if (W && newLabel)
+        r = cog::renameNode(W->txtMain->bytes(), tvwCogE->model(), key, oldLabel, newLabel->toStdString());
     if (!r.keepsNewLabel()) {
         // Nothing was renamed in the text, so the node keeps its old label.
         tvwCogE->setNodeText(key, oldLabel);

@@ -1,6 +1,6 @@
 #include "editor/ui/CogTextBox.h"
 
-#include "editor/charset.h"
+#include "editor/ui/codePage.h"
 
 #include <Qsci/qscicommand.h>
 #include <Qsci/qscicommandset.h>
@@ -33,11 +33,6 @@ QStringList droppedFiles(const QMimeData* data) {
         for (const QUrl& url : data->urls())
             if (url.isLocalFile()) paths << url.toLocalFile();
     return paths;
-}
-
-QString decoded(const QByteArray& bytes) {
-    const std::u16string text = editor::decode(std::string_view(bytes.constData(), bytes.size()));
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 } // namespace
@@ -223,16 +218,11 @@ void CogTextBox::inputMethodEvent(QInputMethodEvent* event) {
 }
 
 bool CogTextBox::encodeTyped(const QString& text, QByteArray& bytes) {
-    const editor::Encoded e = editor::encode(std::u16string_view(
-        reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())));
-    if (e.refused) {
-        bytes.clear();
-        const qsizetype at = static_cast<qsizetype>(*e.refused);
-        emit characterRefused(text.mid(at, text[at].isHighSurrogate() ? 2 : 1));
-        return false;
-    }
-    bytes = QByteArray::fromStdString(e.bytes);
-    return true;
+    QString refused;
+    const auto encoded = codepage::toBytes(text, &refused);
+    bytes = encoded.value_or(QByteArray());
+    if (!encoded) emit characterRefused(refused);
+    return encoded.has_value();
 }
 
 void CogTextBox::typeBytes(const QByteArray& bytes) {
@@ -262,7 +252,7 @@ QByteArray CogTextBox::fromMimeData(const QMimeData* source, bool& rectangular) 
 
 QMimeData* CogTextBox::toMimeData(const QByteArray& text, bool rectangular) const {
     QMimeData* data = QsciScintilla::toMimeData(text, rectangular);
-    data->setText(decoded(text));
+    data->setText(codepage::toText(text));
     return data;
 }
 

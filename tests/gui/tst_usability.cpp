@@ -130,21 +130,16 @@ void tst_Usability::statusBarAndLineEnds_data() {
     QTest::addColumn<QString>("lineEnds");
     QTest::addColumn<QString>("bar"); // the start of the bar's message; "" when it is hidden
     QTest::addColumn<QByteArray>("enter");
-    QTest::newRow("CR LF") << QByteArray("a\r\nbc\r\n") << 5 << "Ln 2, Col 3"
-                           << "CR LF"
-                           << "" << QByteArray("\r\n");
-    QTest::newRow("LF") << QByteArray("a\nbc\n") << 4 << "Ln 2, Col 3"
-                        << "LF"
-                        << "The lines of this file end in LF alone." << QByteArray("\n");
-    QTest::newRow("CR") << QByteArray("a\rbc\r") << 3 << "Ln 2, Col 2"
-                        << "CR"
-                        << "The lines of this file end in CR alone." << QByteArray("\r");
-    QTest::newRow("mixed") << QByteArray("a\r\nb\nc") << 0 << "Ln 1, Col 1"
-                           << "Mixed"
-                           << "Some lines of this file do not end in CR LF." << QByteArray("\r\n");
-    QTest::newRow("no line end") << QByteArray("abc") << 3 << "Ln 1, Col 4"
-                                 << "CR LF"
-                                 << "" << QByteArray("\r\n");
+    const auto row = [](const char* name, const char* text, int caret, const char* position,
+                        const char* lineEnds, const char* bar, const char* enter) {
+        QTest::newRow(name) << QByteArray(text) << caret << position << lineEnds << bar << QByteArray(enter);
+    };
+    row("CR LF", "a\r\nbc\r\n", 5, "Ln 2, Col 3", "CR LF", "", "\r\n");
+    row("LF", "a\nbc\n", 4, "Ln 2, Col 3", "LF", "The lines of this file end in LF alone.", "\n");
+    row("CR", "a\rbc\r", 3, "Ln 2, Col 2", "CR", "The lines of this file end in CR alone.", "\r");
+    row("mixed", "a\r\nb\nc", 0, "Ln 1, Col 1", "Mixed", "Some lines of this file do not end in CR LF.",
+        "\r\n");
+    row("no line end", "abc", 3, "Ln 1, Col 4", "CR LF", "", "\r\n");
 }
 
 // The status bar follows the caret and the line ends; a text whose lines do not all end in CR LF
@@ -241,22 +236,20 @@ void tst_Usability::windows1252Typing_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("bytes"); // what the file gains
     QTest::addColumn<QString>("refused");  // the character named in the status bar
-    QTest::newRow("euro sign typed") << "key"
-                                     << "€" << QByteArray("\x80") << "";
-    QTest::newRow("Latin-1 letter typed") << "key"
-                                          << "é" << QByteArray("\xe9") << "";
-    QTest::newRow("letter beyond the code page typed") << "key"
-                                                       << "Ā" << QByteArray() << "Ā";
-    QTest::newRow("quotes from the input method") << "input method"
-                                                  << "“q”" << QByteArray("\x93q\x94") << "";
-    QTest::newRow("Greek from the input method") << "input method"
-                                                 << "aΔ" << QByteArray() << "Δ";
-    QTest::newRow("pasted text") << "paste"
-                                 << "x€—y" << QByteArray("x\x80\x97y") << "";
-    QTest::newRow("pasted text beyond the code page") << "paste"
-                                                      << "ok 中" << QByteArray() << "中";
-    QTest::newRow("pasted emoji") << "paste"
-                                  << "a😀" << QByteArray() << "😀";
+    const auto row = [](const char* name, const char* how, const char* text, const QByteArray& bytes,
+                        const char* refused = "") {
+        QTest::newRow(name) << how << QString::fromUtf8(text) << bytes << QString::fromUtf8(refused);
+    };
+    row("euro sign typed", "key", "€", "\x80");
+    row("Latin-1 letter typed", "key", "é", "\xe9");
+    row("letter beyond the code page typed", "key", "Ā", "", "Ā");
+    row("quotes from the input method", "input method", "“q”", "\x93q\x94");
+    row("Greek from the input method", "input method", "aΔ", "", "Δ");
+    row("pasted text", "paste", "x€—y", "x\x80\x97y");
+    row("pasted text beyond the code page", "paste", "ok 中", "", "中");
+    row("pasted emoji", "paste", "a😀", "", "😀");
+    row("replacement with quotes", "replace", "“q”", "\x93q\x94");
+    row("replacement beyond the code page", "replace", "Δ", "", "Δ");
 }
 
 // Typed, composed and pasted text is written in Windows-1252 and saved so; what the code page
@@ -274,9 +267,13 @@ void tst_Usability::windows1252Typing() {
         QInputMethodEvent event;
         event.setCommitString(text);
         QCoreApplication::sendEvent(w->txtMain, &event);
-    } else {
+    } else if (how == "paste") {
         QApplication::clipboard()->setText(text);
         w->txtMain->paste();
+    } else {
+        dialogs_.inputAnswers << "#"
+                              << "#" + text;
+        frame_->mnuEdit_Click(3);
     }
     QCOMPARE(textOf(w), QByteArray("#\r\n").insert(1, bytes));
     QCOMPARE(frame_->sbrMain->currentMessage().contains("\"" + refused + "\" was left out"),
@@ -343,11 +340,13 @@ void tst_Usability::tabbedWindowsAreRemembered() {
     frame_ = startTessary(dialogs_);
     QVERIFY(frame_->mnuWindowTabbed->isChecked());
     QCOMPARE(frame_->mdiArea->viewMode(), QMdiArea::TabbedView);
+    QVERIFY(!frame_->mnuWindowCascade->isEnabled() && !frame_->mnuWindowTileVertical->isEnabled());
     frame_->mnuFileNew_Click();
     QVERIFY(cogWindow(2)->subWindow()->isMaximized());
     frame_->mnuWindowTabbed->trigger();
     QCOMPARE(frame_->mdiArea->viewMode(), QMdiArea::SubWindowView);
     QVERIFY(!cogWindow(2)->subWindow()->isMaximized());
+    QVERIFY(frame_->mnuWindowCascade->isEnabled());
     QCOMPARE(QSettings().value("Window/TabbedWindows").toString(), QStringLiteral("False"));
 }
 
