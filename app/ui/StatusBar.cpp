@@ -36,8 +36,8 @@ void FrameStatusBar::follow(frmTessary* w) {
     if (w) {
         connections_ << connect(w->txtMain, &QsciScintilla::cursorPositionChanged, this,
                                 &FrameStatusBar::showPosition)
-                     << connect(w->lineEnds, &LineEndWatch::styleChanged, this,
-                                &FrameStatusBar::showLineEnds);
+                     << connect(w->lineEnds, &LineEndWatch::styleChanged, this, &FrameStatusBar::showLineEnds)
+                     << connect(w, &QObject::destroyed, this, [this] { follow(nullptr); }); // it closed
     }
     lblCharset->setText(w ? QString::fromLatin1(editor::kCharsetName) : QString());
     showPosition();

@@ -177,6 +177,8 @@ void tst_Usability::statusBarAndLineEnds() {
     w->txtMain->undo();
     QCOMPARE(textOf(w), text);
     QVERIFY(w->barLineEnds->isVisible());
+    for (int i = mdlTessary::colCogs.count(); i > 0; --i) cogWindow(i)->subWindow()->close();
+    QTRY_VERIFY(status->lblPosition->text().isEmpty() && status->lblLineEnds->text().isEmpty());
 }
 
 void tst_Usability::hiddenLineEndBarStaysHidden() {
