@@ -24,6 +24,11 @@ FrameStatusBar::FrameStatusBar(QWidget* parent) : QStatusBar(parent) {
     lblDiagnostics = field(QStringLiteral("lblDiagnostics"), this);
     lblDiagnostics->hide();
     lblPosition = field(QStringLiteral("lblPosition"), this);
+    lblPosition->setMinimumWidth(
+        lblPosition->fontMetrics().horizontalAdvance(QStringLiteral("Ln 99999, Col 999")));
+    positionTimer_.setSingleShot(true);
+    positionTimer_.setInterval(40);
+    connect(&positionTimer_, &QTimer::timeout, this, &FrameStatusBar::showPosition);
     lblLineEnds = field(QStringLiteral("lblLineEnds"), this);
     lblCharset = field(QStringLiteral("lblCharset"), this);
     follow(nullptr);
@@ -34,8 +39,12 @@ void FrameStatusBar::follow(frmTessary* w) {
     connections_.clear();
     window_ = w;
     if (w) {
+        // At most one repaint of the position per moment: while keys come fast, repainting the
+        // label after each would cost as much as the rest of the keystroke.
         connections_ << connect(w->txtMain, &QsciScintilla::cursorPositionChanged, this,
-                                &FrameStatusBar::showPosition)
+                                [this] {
+                                    if (!positionTimer_.isActive()) positionTimer_.start();
+                                })
                      << connect(w->lineEnds, &LineEndWatch::styleChanged, this, &FrameStatusBar::showLineEnds)
                      << connect(w, &QObject::destroyed, this, [this] { follow(nullptr); }); // it closed
     }

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QPointer>
 #include <QStatusBar>
+#include <QTimer>
 
 class QLabel;
 class frmTessary;
@@ -30,5 +31,6 @@ private:
     void showLineEnds();
 
     QPointer<frmTessary> window_;
+    QTimer positionTimer_;
     QList<QMetaObject::Connection> connections_;
 };
