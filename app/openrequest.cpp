@@ -84,9 +84,10 @@ OpenRequestDecoder::State OpenRequestDecoder::feed(std::string_view bytes) {
     const std::string_view piece = bytes.substr(i, length_ - path_.size());
     if (piece.find('\0') != std::string_view::npos) return refuse("a NUL byte in the path");
     path_ += piece;
-    if (i + piece.size() < bytes.size()) return refuse("bytes after the request");
-    if (!inPath_ || path_.size() < length_) return state_;
+    if (!inPath_ || path_.size() < length_) return state_; // every byte given is in the path so far
+    // The path first, then what follows it: the reason must not hang on how the bytes arrived.
     if (!isUtf8(path_)) return refuse("a path that is not UTF-8");
+    if (i + piece.size() < bytes.size()) return refuse("bytes after the request");
     return state_ = State::Complete;
 }
 
