@@ -3,6 +3,7 @@
 // the About box; a second start handing its path over; the installed program.
 #include "harness.h"
 
+#include "app/ui/OpenRequestServer.h"
 #include "app/ui/frmDir.h"
 #include "app/ui/frmOptions.h"
 
@@ -39,6 +40,12 @@ bool secondStart(const QStringList& args, const QString& workingDirectory = {}) 
         return false;
     }
     return second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0;
+}
+
+// The hand-over socket's name, as the program finds it.
+QString serverName() {
+    QString problem;
+    return openrequests::serverName(problem);
 }
 
 } // namespace
@@ -236,7 +243,7 @@ private slots:
         QVERIFY(f.open(QIODevice::WriteOnly) && f.write("symbols\r\nend\r\n") > 0);
         f.close();
         start();
-        QVERIFY(frame_->listenForExecuteRequests());
+        QVERIFY(frame_->listenForExecuteRequests(serverName()));
         if (!relative) args.first().prepend(dir_.path() + '/');
         QVERIFY(secondStart(args, relative ? dir_.path() : QString()));
         QTRY_COMPARE_WITH_TIMEOUT(mdlTessary::colCogs.count(), 2, 15000);
@@ -257,16 +264,16 @@ private slots:
         QLocalSocket probe;
         QVERIFY(QTest::qWaitFor(
             [&] {
-                probe.connectToServer(frmMain::executeServerName());
+                probe.connectToServer(serverName());
                 return probe.waitForConnected(100) || first.state() == QProcess::NotRunning;
             },
             30000));
         first.kill();
         QVERIFY(first.waitForFinished(5000));
         QVERIFY2(first.readAllStandardError().contains("windows: Cog 1"), "the first start did not start");
-        QVERIFY(QFileInfo::exists(frmMain::executeServerName())); // left behind
+        QVERIFY(QFileInfo::exists(serverName())); // left behind
         start();
-        QVERIFY2(frame_->listenForExecuteRequests(), "the socket was not taken over");
+        QVERIFY2(frame_->listenForExecuteRequests(serverName()), "the socket was not taken over");
         const QString none = dir_.filePath(QStringLiteral("none.cog"));
         QVERIFY(secondStart({none}));
         QTRY_COMPARE_WITH_TIMEOUT(dialogs_.texts().value(0), none, 15000);
