@@ -94,18 +94,16 @@ bool loadVerbs(language::VerbTable& verbs) {
 }
 
 std::string jsonDiagnostics(const std::string& file, const std::vector<language::Diagnostic>& diagnostics) {
-    std::string out = "{\"file\": " + jsonString(file) + ", \"diagnostics\": [";
-    for (std::size_t i = 0; i < diagnostics.size(); ++i) {
-        const language::Diagnostic& d = diagnostics[i];
-        if (i) out += ", ";
-        out += "{\"line\": " + std::to_string(d.span.begin.line) +
-               ", \"column\": " + std::to_string(d.span.begin.column) +
-               ", \"endLine\": " + std::to_string(d.span.end.line) +
-               ", \"endColumn\": " + std::to_string(d.span.end.column) + ", \"severity\": \"" +
-               language::severityName(d.severity) + "\", \"code\": " + jsonString(d.code) +
-               ", \"text\": " + jsonString(d.text) + "}";
-    }
-    return out + "]}\n";
+    Json list = Json::array();
+    for (const language::Diagnostic& d : diagnostics)
+        list.push_back({{"line", d.span.begin.line},
+                        {"column", d.span.begin.column},
+                        {"endLine", d.span.end.line},
+                        {"endColumn", d.span.end.column},
+                        {"severity", language::severityName(d.severity)},
+                        {"code", d.code},
+                        {"text", jsonText(d.text)}});
+    return writeJson({{"file", jsonText(file)}, {"diagnostics", list}}) + "\n";
 }
 
 } // namespace
