@@ -1,4 +1,5 @@
 // Tessary: an editor for COG script files.
+#include "app/startup.h"
 #include "app/ui/KeyedTreeView.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
@@ -6,9 +7,12 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocalSocket>
 #include <QPixmap>
 #include <QTimer>
+
+#include <cstdio>
 
 namespace {
 
@@ -30,6 +34,21 @@ bool handOver(const QString& commandLine) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    // --help and --version are answered before any window system is needed.
+    QStringList words;
+    for (int i = 1; i < argc; ++i) words << QString::fromLocal8Bit(argv[i]);
+    const QString typed = words.join(QLatin1Char(' '));
+    switch (app::startRequest(typed.toStdString(), QFileInfo::exists(typed))) {
+    case app::StartRequest::Help:
+        std::fputs(app::usageText().c_str(), stdout);
+        return 0;
+    case app::StartRequest::Version:
+        std::fputs(app::versionText(TESSARY_VERSION).c_str(), stdout);
+        return 0;
+    case app::StartRequest::Open:
+        break;
+    }
+
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Tessary"));
     QApplication::setApplicationName(QStringLiteral("Tessary"));

@@ -1,5 +1,7 @@
 #include "app/ui/KeyedTreeView.h"
 
+#include "editor/ui/codePage.h"
+
 #include <QHeaderView>
 #include <QKeyEvent>
 
@@ -35,9 +37,11 @@ KeyedTreeView::KeyedTreeView(QWidget* parent) : QTreeWidget(parent) {
         if (!key) return;
         auto* n = model_.find(*key);
         const QString label = item->text(0);
-        if (!n || label.toLatin1().toStdString() == n->text) return;
+        // A label the code page cannot hold is kept as Latin-1 here; the explorer refuses it.
+        const std::string text = codepage::toBytes(label).value_or(label.toLatin1()).toStdString();
+        if (!n || text == n->text) return;
         previousLabel_ = n->text;
-        n->text = label.toLatin1().toStdString();
+        n->text = text;
         emit labelEdited(*key, label);
     });
 }
@@ -52,7 +56,7 @@ std::optional<std::string> KeyedTreeView::keyOf(const QTreeWidgetItem* item) con
 
 QTreeWidgetItem* KeyedTreeView::makeItem(const cog::KeyedTree::Node& node) {
     auto* item = new QTreeWidgetItem;
-    item->setText(0, QString::fromLatin1(node.text.data(), static_cast<qsizetype>(node.text.size())));
+    item->setText(0, codepage::toText(node.text));
     item->setData(0, kKeyRole, QByteArray(node.key.data(), static_cast<qsizetype>(node.key.size())));
     if (editable_) item->setFlags(item->flags() | Qt::ItemIsEditable);
     items_[node.key] = item;
@@ -113,7 +117,7 @@ void KeyedTreeView::setNodeText(const std::string& key, const std::string& text)
     if (!n) return;
     n->text = text;
     mirroring_ = true;
-    itemFor(key)->setText(0, QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
+    itemFor(key)->setText(0, codepage::toText(text));
     mirroring_ = false;
 }
 

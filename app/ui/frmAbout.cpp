@@ -27,6 +27,8 @@ QLabel* linkLabel(const QString& text, QWidget* parent) {
     palette.setColor(QPalette::WindowText, palette.color(QPalette::Link));
     label->setPalette(palette);
     label->setCursor(Qt::PointingHandCursor);
+    // As wide as its text: a click beside the text is a click on the box, which closes it.
+    label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return label;
 }
 
@@ -50,9 +52,9 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     grid->addWidget(lblVersion, 0, 0, 1, 2);
     grid->addWidget(lblAbout, 1, 0, 1, 2);
     grid->addWidget(new QLabel(QStringLiteral("E-mail:"), this), 2, 0);
-    grid->addWidget(lblEmail, 2, 1);
+    grid->addWidget(lblEmail, 2, 1, Qt::AlignLeft);
     grid->addWidget(new QLabel(QStringLiteral("Website:"), this), 3, 0);
-    grid->addWidget(lblWebsite, 3, 1);
+    grid->addWidget(lblWebsite, 3, 1, Qt::AlignLeft);
     grid->setColumnStretch(1, 1);
     grid->setSpacing(10);
     grid->setContentsMargins(16, 16, 16, 16);

@@ -60,6 +60,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     setAcceptDrops(true);
     createPanels();
     createMenus();
+    addConveniences();
     resize(twips(10500) + 120, twips(7170) + 120);
     move(twips(510), twips(930));
 }
@@ -347,6 +348,7 @@ QMdiSubWindow* frmMain::addEditorWindow(frmTessary* w) {
     QMdiSubWindow* sub = mdiArea->addSubWindow(w);
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->resize(twips(7335) + 16, twips(6360) + 32);
+    followEditor(w);
     return sub;
 }
 

@@ -4,10 +4,13 @@
 
 #include <QMainWindow>
 
+#include <QByteArray>
+
 #include <array>
 #include <optional>
 #include <string>
 
+class FrameStatusBar;
 class KeyedTreeView;
 class QAction;
 class QCheckBox;
@@ -55,14 +58,20 @@ public:
     std::array<QAction*, 5> mnuEdit{}; // Match Brace, Find Word, Find Next, Replace, Replace All
     QAction *mnuEditBar1, *mnuEditChkSyn;
     QAction *mnuEditUndo, *mnuEditRedo; // act on the current window
+    QAction* mnuEditGoToLine;
+    QMenu* mnuEditLineEnds;
+    QAction *mnuEditLineEndsCrLf, *mnuEditLineEndsLf;
     QMenu* mnuCogFunct;
     QAction *mnuCFCollapse, *mnuCFExpand, *mnuCFFind, *mnuCFFindNext;
     QMenu* mnuView;
     QAction *mnuViewFont, *mnuViewOptions, *mnuViewRefresh;
     QMenu* mnuWindow;
     QAction *mnuWindowCascade, *mnuWindowTileHorizontal, *mnuWindowTileVertical, *mnuWindowArrangeIcons;
+    QAction* mnuWindowTabbed; // the windows as tabs filling the area
     QMenu* mnuHelpm;
     std::array<QAction*, 1> mnuHelp{};
+
+    FrameStatusBar* sbrMain;
 
     // State of the trees.
     std::optional<std::string> nLC;  // key of the current reference node
@@ -89,6 +98,8 @@ public:
     // Edit menu.
     void mnuEdit_Click(int index);
     void mnuEditChkSyn_Click();
+    void mnuEditGoToLine_Click();
+    void mnuEditLineEnds_Click(const QByteArray& eol);
 
     // Tree menu and the trees.
     void mnuCFCollapse_Click();
@@ -113,6 +124,7 @@ public:
     void mnuWindowTileHorizontal_Click();
     void mnuWindowTileVertical_Click();
     void mnuWindowArrangeIcons_Click();
+    void mnuWindowTabbed_Click();
     void mnuHelp_Click(int index);
     void showAbout();
 
@@ -129,6 +141,12 @@ public:
     QMdiSubWindow* addEditorWindow(frmTessary* w);
     // Called by an editor window that has accepted its close.
     void windowClosed(frmTessary* w);
+    // Moves a new window, and shrinks it where needed, so that it lies wholly inside the area.
+    void keepInsideArea(QMdiSubWindow* sub);
+    // Typed text as the file's bytes; nothing, and a message in the status bar, when it holds a
+    // character the file's character set cannot hold.
+    std::optional<QByteArray> codePageBytes(const QString& text);
+    void reportRefused(const QString& character);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -138,6 +156,11 @@ protected:
 private:
     void createPanels();
     void createMenus();
+    // The status bar, Go to Line, line ends, tabbed windows and the second shortcuts.
+    void addConveniences();
+    void setTabbedWindows(bool tabbed);
+    // Listens to a new editor window: files dropped on its text, characters it refused.
+    void followEditor(frmTessary* w);
     void fillWindowMenu();
     void MDIForm_Unload();
 

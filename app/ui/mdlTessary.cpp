@@ -80,6 +80,14 @@ bool holdsDataFiles(const QString& dir) {
            QFileInfo::exists(dir + QStringLiteral("/cogref.dat"));
 }
 
+// A relative path that names a file of the directory Tessary started in, made absolute so that
+// the window, Save and the recent-files list do not depend on that directory. Anything else is
+// used as typed.
+QString commandLinePath(const QString& typed) {
+    const QString absolute = QDir::cleanPath(QDir::current().absoluteFilePath(typed));
+    return QDir::isRelativePath(typed) && QFileInfo::exists(absolute) ? absolute : typed;
+}
+
 std::string latin1(const QString& s) {
     return s.toLatin1().toStdString();
 }
@@ -165,7 +173,7 @@ frmMain* Main(const QString& commandLine) {
     gFrame->show();
     objMRU->LoadMRU(gFrame->mnuFileMRU, gFrame->mnuFileBar6);
     if (!commandLine.isEmpty())
-        OpenCogFile(commandLine);
+        OpenCogFile(commandLinePath(commandLine));
     else
         NewCogWindow(QStringLiteral("blank"), QString());
     gFrame->cmbTvwSel->setCurrentIndex(0);
@@ -212,6 +220,7 @@ frmTessary* NewCogWindow(const QString& path, const QString& title) {
     w->strFileTitle = title;
     w->setCaption(title.isEmpty() ? QStringLiteral("Cog %1").arg(n) : title);
     sub->show();
+    frame()->keepInsideArea(sub);
     frame()->mdiArea->setActiveSubWindow(sub);
     strCurCog = key;
 

@@ -8,15 +8,15 @@
 #include "editor/ui/frmTessary.h"
 
 #include <QDesktopServices>
+#include <QFontInfo>
 #include <QSettings>
 #include <QUrl>
 
 void frmMain::mnuViewFont_Click() {
     using namespace mdlTessary;
-    QFont initial(DefFontName);
-    initial.setPointSize(DefFontSize);
-    initial.setBold(DefFontBold);
-    initial.setItalic(DefFontItalic);
+    // The dialog starts on the font the editor shows: the stand-in when the named one is missing.
+    QFont initial = DefaultFont();
+    initial.setFamily(QFontInfo(initial).family());
     QFont chosen;
     if (!ui::dialogs().fontDialog(initial, chosen)) return;
     if (chosen.family().isEmpty()) return;

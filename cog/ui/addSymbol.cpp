@@ -14,7 +14,11 @@
 #include <QLineEdit>
 
 void frmMain::cmdAddVar_Click() {
-    if (cmbVarType->currentIndex() < 0) {
+    // The box is editable: a type typed into it counts only when it is one of the list's items,
+    // never the item picked before.
+    const int typed = cmbVarType->findText(cmbVarType->currentText(), Qt::MatchFixedString);
+    if (typed >= 0 && typed != cmbVarType->currentIndex()) cmbVarType->setCurrentIndex(typed);
+    if (typed < 0 || cmbVarType->currentIndex() < 0) {
         ui::MsgBox(QStringLiteral("You must choose a type!"), ui::vbOKOnly, ui::vbCritical);
         return;
     }
@@ -24,12 +28,15 @@ void frmMain::cmdAddVar_Click() {
     }
     frmTessary* W = mdlTessary::currentCog();
     if (!W) return; // no editor window to write into
+    const auto name = codePageBytes(txtVarName->text()), value = codePageBytes(txtDefVal->text()),
+               linkId = codePageBytes(txtLinkID->text());
+    if (!name || !value || !linkId) return; // the status bar names the character
     cog::NewSymbol symbol;
     symbol.keyword = cmbVarType->itemText(cmbVarType->currentIndex()).toLatin1().toStdString();
-    symbol.name = txtVarName->text().toLatin1().toStdString();
-    symbol.defaultValue = txtDefVal->text().toLatin1().toStdString();
+    symbol.name = name->toStdString();
+    symbol.defaultValue = value->toStdString();
     symbol.local = chkLocal->isChecked();
-    symbol.linkId = txtLinkID->text().toLatin1().toStdString();
+    symbol.linkId = linkId->toStdString();
     const auto r = cog::addSymbol(W->txtMain->bytes(), W->txtMain->selStart(), symbol);
     if (r.outcome == cog::AddSymbolResult::Outcome::NoEndLine) {
         ui::MsgBox(QStringLiteral("The symbol was not added: ") + W->Caption() +

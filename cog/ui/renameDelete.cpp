@@ -34,10 +34,10 @@ void frmMain::tvwCogE_AfterLabelEdit(const std::string& key, const QString& newS
     nLCE = key; // the node being edited is the current one
     const std::string oldLabel = tvwCogE->previousLabel();
     frmTessary* W = explorerWindow(this);
+    const auto newLabel = codePageBytes(newString);
     cog::RenameResult r;
-    if (W)
-        r = cog::renameNode(W->txtMain->bytes(), tvwCogE->model(), key, oldLabel,
-                            newString.toLatin1().toStdString());
+    if (W && newLabel)
+        r = cog::renameNode(W->txtMain->bytes(), tvwCogE->model(), key, oldLabel, newLabel->toStdString());
     if (!r.keepsNewLabel()) {
         // Nothing was renamed in the text, so the node keeps its old label.
         tvwCogE->setNodeText(key, oldLabel);
@@ -56,7 +56,11 @@ void frmMain::tvwCogE_AfterLabelEdit(const std::string& key, const QString& newS
 }
 
 void frmMain::tvwCogE_KeyDown(int keyCode, int) {
-    if (keyCode != 46 || !nLCE) return;
+    if (keyCode != 46) return;
+    // Delete acts on the highlighted node, however it was reached (a click, the arrow keys, or
+    // the tree's own move after the previous delete).
+    if (const auto highlighted = tvwCogE->keyOf(tvwCogE->currentItem())) nLCE = highlighted;
+    if (!nLCE) return;
     frmTessary* W = explorerWindow(this);
     if (!W) return;
     const auto r = cog::deleteNode(W->txtMain->bytes(), tvwCogE->model(), *nLCE);
@@ -70,4 +74,5 @@ void frmMain::tvwCogE_KeyDown(int keyCode, int) {
         W->txtMain->setSelStart(r.caret);
     }
     if (!r.removeKey.empty()) tvwCogE->removeNode(r.removeKey);
+    if (QTreeWidgetItem* next = tvwCogE->currentItem()) next->setSelected(true); // shown highlighted
 }

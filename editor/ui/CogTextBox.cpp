@@ -1,10 +1,14 @@
 #include "editor/ui/CogTextBox.h"
 
+#include "editor/ui/codePage.h"
+
 #include <Qsci/qscicommand.h>
 #include <Qsci/qscicommandset.h>
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QDropEvent>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPointer>
@@ -21,6 +25,14 @@ QAccessibleInterface* plainAccessible(const QString& className, QObject* object)
     if (className != QLatin1String(CogTextBox::staticMetaObject.className()) || QAccessible::isActive())
         return nullptr;
     return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::EditableText);
+}
+
+QStringList droppedFiles(const QMimeData* data) {
+    QStringList paths;
+    if (data && data->hasUrls())
+        for (const QUrl& url : data->urls())
+            if (url.isLocalFile()) paths << url.toLocalFile();
+    return paths;
 }
 
 } // namespace
@@ -44,8 +56,8 @@ CogTextBox::CogTextBox(QWidget* parent) : QsciScintilla(parent) {
     SendScintilla(SCI_SETMODEVENTMASK, static_cast<unsigned long>(SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE),
                   0L);
     // The frame's menus own these keys; Scintilla's own bindings would win while the editor has focus.
-    for (const int key :
-         {Qt::Key_B, Qt::Key_F, Qt::Key_R, Qt::Key_N, Qt::Key_O, Qt::Key_S, Qt::Key_P, Qt::Key_L}) {
+    for (const int key : {Qt::Key_B, Qt::Key_F, Qt::Key_R, Qt::Key_N, Qt::Key_O, Qt::Key_S, Qt::Key_P,
+                          Qt::Key_L, Qt::Key_G, Qt::Key_Q}) {
         if (QsciCommand* cmd =
                 standardCommands()->boundTo(QKeyCombination(Qt::ControlModifier, Qt::Key(key)).toCombined()))
             cmd->setKey(0);
@@ -180,14 +192,89 @@ bool CogTextBox::viewportEvent(QEvent* event) {
 
 void CogTextBox::keyPressEvent(QKeyEvent* event) {
     if (keyHook && keyHook(event)) return;
+    // The component turns typed text into bytes through Latin-1 ("€" would become "?"); characters
+    // whose Windows-1252 byte differs are typed here, those it cannot hold are refused.
+    const QString text = event->text();
+    if (!text.isEmpty() && text[0].isPrint() &&
+        !(event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
+        QByteArray bytes;
+        if (!encodeTyped(text, bytes) || bytes != text.toLatin1()) {
+            if (!bytes.isEmpty()) typeBytes(bytes);
+            event->accept();
+            return;
+        }
+    }
     QsciScintilla::keyPressEvent(event);
 }
 
+void CogTextBox::inputMethodEvent(QInputMethodEvent* event) {
+    const QString commit = event->commitString();
+    QByteArray bytes;
+    if (commit.isEmpty() || (encodeTyped(commit, bytes) && bytes == commit.toLatin1())) {
+        QsciScintilla::inputMethodEvent(event);
+        return;
+    }
+    if (!bytes.isEmpty()) typeBytes(bytes);
+    // The text being composed, if any, is still shown by the component.
+    QInputMethodEvent composing(event->preeditString(), event->attributes());
+    QsciScintilla::inputMethodEvent(&composing);
+    event->accept();
+}
+
+bool CogTextBox::encodeTyped(const QString& text, QByteArray& bytes) {
+    QString refused;
+    const auto encoded = codepage::toBytes(text, &refused);
+    bytes = encoded.value_or(QByteArray());
+    if (!encoded) emit characterRefused(refused);
+    return encoded.has_value();
+}
+
+void CogTextBox::typeBytes(const QByteArray& bytes) {
+    SendScintilla(SCI_BEGINUNDOACTION);
+    const long caret = SendScintilla(SCI_GETCURRENTPOS);
+    if (SendScintilla(SCI_GETOVERTYPE) && selLength() == 0 &&
+        caret < SendScintilla(SCI_GETLINEENDPOSITION, SendScintilla(SCI_LINEFROMPOSITION, caret)))
+        SendScintilla(SCI_SETSEL, static_cast<unsigned long>(caret), caret + 1);
+    SendScintilla(SCI_REPLACESEL, 0UL, "");
+    SendScintilla(SCI_ADDTEXT, static_cast<unsigned long>(bytes.size()), bytes.constData());
+    SendScintilla(SCI_ENDUNDOACTION);
+    SendScintilla(SCI_SCROLLCARET);
+    announceEdit();
+}
+
 bool CogTextBox::canInsertFromMimeData(const QMimeData* source) const {
-    if (source->hasUrls())
-        for (const QUrl& url : source->urls())
-            if (url.isLocalFile()) return false;
-    return QsciScintilla::canInsertFromMimeData(source);
+    return droppedFiles(source).isEmpty() && QsciScintilla::canInsertFromMimeData(source);
+}
+
+QByteArray CogTextBox::fromMimeData(const QMimeData* source, bool& rectangular) const {
+    const QByteArray latin1 = QsciScintilla::fromMimeData(source, rectangular);
+    if (!source->hasText()) return latin1;
+    QByteArray bytes;
+    // Nothing of a text that holds a character the code page cannot hold is inserted.
+    return const_cast<CogTextBox*>(this)->encodeTyped(source->text(), bytes) ? bytes : QByteArray();
+}
+
+QMimeData* CogTextBox::toMimeData(const QByteArray& text, bool rectangular) const {
+    QMimeData* data = QsciScintilla::toMimeData(text, rectangular);
+    data->setText(codepage::toText(text));
+    return data;
+}
+
+void CogTextBox::dragEnterEvent(QDragEnterEvent* event) {
+    if (droppedFiles(event->mimeData()).isEmpty()) return QsciScintilla::dragEnterEvent(event);
+    event->acceptProposedAction();
+}
+
+void CogTextBox::dragMoveEvent(QDragMoveEvent* event) {
+    if (droppedFiles(event->mimeData()).isEmpty()) return QsciScintilla::dragMoveEvent(event);
+    event->acceptProposedAction();
+}
+
+void CogTextBox::dropEvent(QDropEvent* event) {
+    const QStringList paths = droppedFiles(event->mimeData());
+    if (paths.isEmpty()) return QsciScintilla::dropEvent(event);
+    event->acceptProposedAction();
+    emit filesDropped(paths);
 }
 
 void CogTextBox::onModified(int position, int modificationType, const char*, int length, int, int, int, int,
@@ -196,6 +283,7 @@ void CogTextBox::onModified(int position, int modificationType, const char*, int
     if (!inserting && !(modificationType & SC_MOD_BEFOREDELETE)) return;
     announceEdit(); // the text now holds the previous edit and nothing after it
     pendingEdit_ = inserting ? editor::Edit{position, 0, length} : editor::Edit{position, length, 0};
+    emit aboutToEdit(*pendingEdit_);
     if (!announceQueued_) {
         announceQueued_ = true;
         QMetaObject::invokeMethod(

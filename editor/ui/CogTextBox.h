@@ -1,5 +1,6 @@
 // The text box of an editor window: a Scintilla editor holding the file's bytes unchanged
-// (8-bit mode, CR LF line ends, no conversion), addressed by byte offsets.
+// (8-bit mode, CR LF line ends, no conversion), addressed by byte offsets. Typed, pasted and
+// copied text passes through the Windows-1252 code page.
 #pragma once
 
 #include "editor/firstoccurrence.h"
@@ -57,16 +58,33 @@ public:
 signals:
     // The text changed: at byte offset edit.position, edit.deleted bytes went and edit.inserted came.
     void textEdited(const editor::Edit& edit);
+    // The text is about to change so (the previous edit has been announced).
+    void aboutToEdit(const editor::Edit& edit);
+    // A typed or pasted character that the code page cannot hold was left out.
+    void characterRefused(const QString& character);
+    // Files were dropped on the text.
+    void filesDropped(const QStringList& paths);
 
 protected:
     bool event(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    // Files dragged from a file manager are not inserted as text: the drop passes on to the
-    // frame, which opens the first file.
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    // Files dragged from a file manager are not inserted as text: dropping them emits filesDropped.
     bool canInsertFromMimeData(const QMimeData* source) const override;
+    QByteArray fromMimeData(const QMimeData* source, bool& rectangular) const override;
+    QMimeData* toMimeData(const QByteArray& text, bool rectangular) const override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    // Encodes typed text; false (after announcing the refused character) when the code page
+    // cannot hold it.
+    bool encodeTyped(const QString& text, QByteArray& bytes);
+    // Inserts typed bytes at the caret as typing does (over the selection, or over the next
+    // character in overtype mode).
+    void typeBytes(const QByteArray& bytes);
     void onModified(int position, int modificationType, const char* text, int length, int linesAdded,
                     int line, int foldNow, int foldPrev, int token, int annotationLinesAdded);
 

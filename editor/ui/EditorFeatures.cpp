@@ -1,5 +1,6 @@
 #include "editor/ui/EditorFeatures.h"
 
+#include "editor/ui/CharsetFont.h"
 #include "editor/ui/CogLexer.h"
 #include "editor/ui/CogTextBox.h"
 
@@ -67,11 +68,16 @@ void install(CogTextBox* box) {
 }
 
 void applyFont(CogTextBox* box, const QFont& font) {
-    box->setFont(font);
-    if (QsciLexer* lexer = box->lexer()) lexer->setFont(font);
-    box->setMarginsFont(font);
+    // The text is drawn in the font actually shown, named as such, so that the characters of
+    // bytes 0x80-0x9F can be drawn from it (see CharsetFont.h).
+    QFont shown = font;
+    shown.setFamily(charsetfont::shownFamily(font));
+    charsetfont::install(shown.family());
+    box->setFont(shown);
+    if (QsciLexer* lexer = box->lexer()) lexer->setFont(shown);
+    box->setMarginsFont(shown);
     // With a lexer the editor takes its styles' fonts from the lexer and leaves the widget's own
-    // font as it was; keep that one the editor font too, for whoever reads it.
+    // font as it was; keep that one the editor font of the settings, for whoever reads it.
     box->QWidget::setFont(font);
     fitLineNumberMargin(box, lineNumberDigits(box));
 }

@@ -6,6 +6,7 @@
 #include "app/ui/mdlTessary.h"
 #include "editor/findreplace.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
 
 #include <QAction>
@@ -38,8 +39,9 @@ void frmMain::mnuEdit_Click(int index) {
         W->MatchBrace();
         break;
     case 1:
-        W->sW = ui::InputBox(QStringLiteral("Enter word to Find"), QStringLiteral("Find Word"), QString())
-                    .toLatin1();
+        W->sW = codePageBytes(ui::InputBox(QStringLiteral("Enter word to Find"), QStringLiteral("Find Word"),
+                                           QString()))
+                    .value_or(QByteArray());
         if (!W->sW.isEmpty()) {
             W->ipos = 1;
             mnuEdit[2]->setEnabled(true);
@@ -57,18 +59,20 @@ void frmMain::mnuEdit_Click(int index) {
         W->FindWord();
         break;
     case 3:
-    case 4:
-        W->sW =
-            ui::InputBox(QStringLiteral("Enter word to Replace"), QStringLiteral("Replace Word"), QString())
-                .toLatin1();
-        W->sR = ui::InputBox(QStringLiteral("Enter word to Replace with"), QStringLiteral("Replace Word"),
-                             QString())
-                    .toLatin1();
-        if (!W->sW.isEmpty() && !W->sR.isEmpty()) {
+    case 4: {
+        // A text holding a character the file cannot hold replaces nothing.
+        const auto word = codePageBytes(
+            ui::InputBox(QStringLiteral("Enter word to Replace"), QStringLiteral("Replace Word"), QString()));
+        const auto with = codePageBytes(ui::InputBox(QStringLiteral("Enter word to Replace with"),
+                                                     QStringLiteral("Replace Word"), QString()));
+        W->sW = word.value_or(QByteArray());
+        W->sR = with.value_or(QByteArray());
+        if (word && with && !W->sW.isEmpty() && !W->sR.isEmpty()) {
             W->ipos = 1;
             W->Replace(index == 4, false);
         }
         break;
+    }
     default:
         break;
     }
@@ -85,7 +89,7 @@ void frmTessary::FindWord() {
         select(txtMain, r.selection);
         return;
     }
-    ui::MsgBox(QStringLiteral("\"") + QString::fromLatin1(sW) + QStringLiteral("\" not found."), ui::vbOKOnly,
+    ui::MsgBox(QStringLiteral("\"") + codepage::toText(sW) + QStringLiteral("\" not found."), ui::vbOKOnly,
                0);
     if (frmMain* f = mdlTessary::frame()) f->mnuEdit[2]->setEnabled(false);
 }

@@ -5,6 +5,7 @@
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
 
 #include <QFileInfo>
@@ -94,8 +95,7 @@ void frmMain::mnuFilePrint_Click() {
     QTextDocument document;
     document.setDefaultFont(DefaultFont()); // the settings' font, not the window's
     const std::string_view text = w->txtMain->bytes();
-    document.setPlainText(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())) +
-                          QStringLiteral("\r\n"));
+    document.setPlainText(codepage::toText(text) + QStringLiteral("\r\n"));
     document.print(&printer);
     if (printer.printerState() == QPrinter::Error)
         ui::MsgBox(

@@ -8,12 +8,15 @@
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/DiskWatch.h"
 #include "editor/ui/EditorFeatures.h"
+#include "editor/ui/LineEndWatch.h"
+#include "editor/ui/NoticeBar.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -21,6 +24,13 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     txtMain = new CogTextBox(this);
     txtMain->setObjectName(QStringLiteral("txtMain"));
     editorfeatures::install(txtMain);
+    lineEnds = new LineEndWatch(txtMain);
+    picNotices = new QWidget(this);
+    picNotices->setObjectName(QStringLiteral("picNotices"));
+    auto* notices = new QVBoxLayout(picNotices);
+    notices->setContentsMargins(0, 0, 0, 0);
+    notices->setSpacing(0);
+    setupLineEndBar();
 
     picMain = new QFrame(this);
     picMain->setObjectName(QStringLiteral("picMain"));
@@ -34,28 +44,16 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     helpLayout->addWidget(lblHelp);
     picMain->hide();
 
-    diskBar = new QFrame(this);
+    // The file changed or vanished on disk: a bar above the text until the user reloads or hides it.
+    diskBar = new NoticeBar;
     diskBar->setObjectName(QStringLiteral("diskBar"));
-    diskBar->setFrameShape(QFrame::StyledPanel);
-    diskBar->setAutoFillBackground(true);
-    diskBar->setBackgroundRole(QPalette::ToolTipBase);
-    lblDisk = new QLabel(diskBar);
-    lblDisk->setObjectName(QStringLiteral("lblDisk"));
-    lblDisk->setTextFormat(Qt::PlainText);
-    lblDisk->setWordWrap(true);
-    lblDisk->setForegroundRole(QPalette::ToolTipText);
-    cmdReload = new QPushButton(QStringLiteral("&Reload"), diskBar);
-    cmdReload->setObjectName(QStringLiteral("cmdReload"));
-    cmdDismiss = new QPushButton(QStringLiteral("&Dismiss"), diskBar);
-    cmdDismiss->setObjectName(QStringLiteral("cmdDismiss"));
-    auto* barLayout = new QHBoxLayout(diskBar);
-    barLayout->setContentsMargins(6, 2, 2, 2);
-    barLayout->addWidget(lblDisk, 1);
-    barLayout->addWidget(cmdReload);
-    barLayout->addWidget(cmdDismiss);
     diskBar->hide();
+    lblDisk = diskBar->lblMessage;
+    cmdReload = diskBar->addButton(QStringLiteral("&Reload"));
+    cmdReload->setObjectName(QStringLiteral("cmdReload"));
+    cmdDismiss = diskBar->cmdHide;
+    addNotice(diskBar);
     connect(cmdReload, &QPushButton::clicked, this, &frmTessary::reloadRequested);
-    connect(cmdDismiss, &QPushButton::clicked, diskBar, &QWidget::hide);
     connect(&DiskWatch::instance(), &DiskWatch::changed, this, [this](const QString& path) {
         if (path == watchedPath_) checkDisk();
     });
@@ -63,7 +61,7 @@ frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(diskBar);
+    layout->addWidget(picNotices);
     layout->addWidget(txtMain, 1);
     layout->addWidget(picMain);
 

@@ -9,6 +9,9 @@
 #include <QWidget>
 
 class CogTextBox;
+class LineEndWatch;
+class NoticeBar;
+class QAbstractButton;
 class QFrame;
 class QLabel;
 class QMdiSubWindow;
@@ -23,15 +26,17 @@ public:
     ~frmTessary() override;
 
     // Controls.
+    QWidget* picNotices;    // the bars above the text (addNotice)
+    NoticeBar* barLineEnds; // shown while lines end otherwise than in CR LF
     CogTextBox* txtMain;
     QFrame* picMain;      // the help strip below the text box
     QLabel* lblHelp;      // the help line inside it
     QFrame* picCogParams; // the pop-up holding the message list
     QTreeWidget* lvwCogParams;
-    QFrame* diskBar; // above the text: the file changed or vanished on disk
+    NoticeBar* diskBar; // shown while the file on disk differs from what the window read or wrote
     QLabel* lblDisk;
     QPushButton* cmdReload;
-    QPushButton* cmdDismiss;
+    QAbstractButton* cmdDismiss; // the bar's hide button
 
     // Public members, shared with the frame and the tools.
     int intParens = 0;    // parentheses opened while the help line is shown
@@ -48,6 +53,7 @@ public:
 
     // strFile as this window last read or wrote it.
     editor::DiskState diskState;
+    LineEndWatch* lineEnds; // the line-end style of the text
 
     QString Caption() const;
     void setCaption(const QString& caption);
@@ -60,6 +66,14 @@ public:
     void MatchBrace();
     void FindWord();
     void Replace(bool bAll, bool bCheckEdges);
+
+    // Puts the caret on a line (1-based; past the last line: the last) and column (1-based byte
+    // column; past the line's end: its end), and gives the text the focus.
+    void GoToLine(long line, long column);
+    // Converts every line end to eol as one undo step; false when there was nothing to convert.
+    bool ConvertLineEnds(const QByteArray& eol);
+    // Adds a bar above the text, below those already there.
+    void addNotice(NoticeBar* bar);
 
     // Key handling of the text box before the editor sees the key (key-down and character
     // events); true when the key is consumed.
@@ -92,6 +106,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void setupLineEndBar();
+    void lineEnds_StyleChanged();
     void SelectWord();
     void InsertParam(bool bSelect);
     void FindParam(int keyascii);

@@ -8,6 +8,7 @@
 #include "app/ui/mdlTessary.h"
 #include "editor/messages.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
 #include "reference/cogref.h"
 
@@ -25,7 +26,7 @@ constexpr int kTab = 9;
 constexpr int kSpace = 32;
 
 QString fromBytes(std::string_view bytes) {
-    return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    return codepage::toText(bytes);
 }
 
 // The character a key types, as the text box's character event sees it; -1 for keys that type
@@ -74,7 +75,8 @@ std::vector<std::string> itemTexts(const QTreeWidget* list) {
     std::vector<std::string> texts;
     texts.reserve(static_cast<std::size_t>(list->topLevelItemCount()));
     for (int i = 0; i < list->topLevelItemCount(); ++i)
-        texts.push_back(list->topLevelItem(i)->text(0).toLatin1().toStdString());
+        texts.push_back(
+            codepage::toBytes(list->topLevelItem(i)->text(0)).value_or(QByteArray()).toStdString());
     return texts;
 }
 
@@ -157,7 +159,7 @@ void frmTessary::InsertParam(bool bSelect) {
     if (!prefix.empty() && found >= 0) {
         const editor::Range r = editor::insertRange(rest, lSpace);
         if (bSelect || !highlighted(lvwCogParams)) highlight(lvwCogParams, lvwCogParams->topLevelItem(found));
-        const QByteArray name = highlighted(lvwCogParams)->text(0).toLatin1();
+        const QByteArray name = codepage::toBytes(highlighted(lvwCogParams)->text(0)).value_or(QByteArray());
         txtMain->setSelStart(r.start);
         txtMain->setSelLength(r.length);
         txtMain->setSelText(name);

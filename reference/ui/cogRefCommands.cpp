@@ -6,6 +6,7 @@
 #include "app/ui/mdlTessary.h"
 #include "editor/ui/CogLexer.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
 #include "reference/cogref.h"
 
@@ -16,7 +17,7 @@
 namespace {
 
 QString fromBytes(std::string_view bytes) {
-    return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    return codepage::toText(bytes);
 }
 
 QByteArray toBytes(std::string_view bytes) {
@@ -92,9 +93,11 @@ KeyedTreeView* targetTree(frmMain* f) {
 // click on it. Nothing changes when there is none.
 void findFrom(frmMain* f, std::size_t from) {
     KeyedTreeView* tree = targetTree(f);
-    const QByteArray findText = f->strFindText.toLatin1();
+    // A find text the code page cannot hold names no node.
+    const auto findText = codepage::toBytes(f->strFindText);
+    if (!findText) return;
     const std::size_t found =
-        reference::findNode(tree->model(), std::string_view(findText.constData(), findText.size()), from);
+        reference::findNode(tree->model(), std::string_view(findText->constData(), findText->size()), from);
     if (found == 0) return;
     const std::string key = tree->nodeAt(found).key;
     tree->selectNode(key);

@@ -112,7 +112,6 @@ private slots:
         QVERIFY(w);
         pressKey(kAx);
         const QByteArray once = textOf(w);
-        frame_->tvwCogE_KeyDown(46, 0);   // the current node was removed already
         pressKey(kCount, Qt::Key_Insert); // another key does nothing
         mdlTessary::RefreshCogList();     // no window chosen
         pressKey("message startup\r");

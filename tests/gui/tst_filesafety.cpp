@@ -5,6 +5,7 @@
 #include "app/ui/MRU.h"
 #include "app/ui/diskfile.h"
 #include "editor/recovery.h"
+#include "editor/ui/NoticeBar.h"
 
 #include <QDir>
 #include <QLabel>

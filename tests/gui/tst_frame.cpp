@@ -36,7 +36,8 @@ QStringList windowList(frmMain* frame) {
     emit frame->mnuWindow->aboutToShow();
     QStringList listed;
     for (QAction* a : frame->mnuWindow->actions())
-        if (a->isCheckable()) listed << a->text() + (a->isChecked() ? "+" : "");
+        if (a->isCheckable() && a != frame->mnuWindowTabbed)
+            listed << a->text() + (a->isChecked() ? "+" : "");
     return listed;
 }
 
