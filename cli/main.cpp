@@ -26,6 +26,19 @@ std::string readFileOrSayWhy(const std::string& path, std::string& bytes) {
     return {};
 }
 
+bool readDataFile(const std::string& name, std::string& bytes, std::string& path) {
+    std::error_code ec;
+    const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+    const std::filesystem::path dir = ec ? std::filesystem::path(".") : exe.parent_path();
+    for (const std::filesystem::path& candidate : {dir / name, dir / TESSARY_DATA_DIR_FROM_BIN / name}) {
+        if (!std::filesystem::is_regular_file(candidate, ec) || !readFile(candidate.string(), bytes))
+            continue;
+        path = candidate.string();
+        return true;
+    }
+    return false;
+}
+
 bool readFile(const std::string& path, std::string& bytes) {
     const std::string why = readFileOrSayWhy(path, bytes);
     std::cerr << why;
@@ -132,6 +145,7 @@ const char* const kUsage =
     "  generate TEMPLATE [NAME=VALUE]...   the COG text a template generates (--list: its parameters)\n"
     "  lint [--json] [--werror] [--syntax-only] PATH...\n"
     "                                      errors and warnings of the COG language in files and folders\n"
+    "  lsp                                 a language server on standard input and output\n"
     "\n"
     "Exit status: 0 all well; 1 an incomplete tree, a finding, a skipped line or a script error;\n"
     "2 a usage error\n"
@@ -156,6 +170,7 @@ int main(int argc, char** argv) {
     if (command == "reference") return cli::runReference(args);
     if (command == "generate") return cli::runGenerate(args);
     if (command == "lint") return cli::runLint(args);
+    if (command == "lsp") return cli::runLsp(args);
     std::cerr << "tessary-cli: unknown command '" << command << "'\n" << kUsage;
     return 2;
 }
