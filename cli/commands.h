@@ -14,6 +14,9 @@ namespace cli {
 
 using Args = std::vector<std::string>;
 
+// Runs the command named by the first word with the words after it; the exit status.
+int run(const Args& words);
+
 int runOutline(const Args& args);
 int runCheck(const Args& args);
 int runReference(const Args& args);

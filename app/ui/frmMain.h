@@ -12,12 +12,12 @@
 
 class FrameStatusBar;
 class KeyedTreeView;
+class OpenRequestServer;
 class QAction;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLineEdit;
-class QLocalServer;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
@@ -130,12 +130,9 @@ public:
 
     // Frame events.
     void MDIForm_LinkExecute(const QString& cmdStr);
-    // Listens for paths handed over by a second start of the program; false when another
-    // instance already listens.
-    bool listenForExecuteRequests();
-    static QString executeServerName();
-    // The bytes of one execute request carrying path, as a second start sends them.
-    static QByteArray encodeExecuteRequest(const QString& path);
+    // Listens on serverName (openrequests::serverName) for paths handed over by a second start of
+    // the program; false when another instance already listens.
+    bool listenForExecuteRequests(const QString& serverName);
 
     // Adds a new editor window to the area (hidden until shown).
     QMdiSubWindow* addEditorWindow(frmTessary* w);
@@ -164,6 +161,6 @@ private:
     void fillWindowMenu();
     void MDIForm_Unload();
 
-    QLocalServer* server_ = nullptr;
+    OpenRequestServer* server_ = nullptr;
     QList<QAction*> windowListActions_;
 };
