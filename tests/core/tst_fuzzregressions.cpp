@@ -30,6 +30,7 @@ bool registerTarget(const char* name, Body body) {
 #include "tests/fuzz/fuzz_firstoccurrence.cpp"
 #include "tests/fuzz/fuzz_language.cpp"
 #include "tests/fuzz/fuzz_layout.cpp"
+#include "tests/fuzz/fuzz_lspreader.cpp"
 #include "tests/fuzz/fuzz_load.cpp"
 #include "tests/fuzz/fuzz_messages.cpp"
 #include "tests/fuzz/fuzz_openrequest.cpp"
