@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <iostream>
 #include <new>
 #include <sstream>
@@ -49,6 +50,19 @@ std::string readFileOrSayWhy(const std::string& path, std::string& bytes) {
     }
     bytes = std::string();
     return why("it is too large to hold in memory");
+}
+
+bool readDataFile(const std::string& name, std::string& bytes, std::string& path) {
+    std::error_code ec;
+    const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+    const std::filesystem::path dir = ec ? std::filesystem::path(".") : exe.parent_path();
+    for (const std::filesystem::path& candidate : {dir / name, dir / TESSARY_DATA_DIR_FROM_BIN / name}) {
+        if (!std::filesystem::is_regular_file(candidate, ec) || !readFile(candidate.string(), bytes))
+            continue;
+        path = candidate.string();
+        return true;
+    }
+    return false;
 }
 
 bool readFile(const std::string& path, std::string& bytes) {
@@ -152,6 +166,7 @@ const char* const kUsage =
     "  generate TEMPLATE [NAME=VALUE]...   the COG text a template generates (--list: its parameters)\n"
     "  lint [--json] [--werror] [--syntax-only] PATH...\n"
     "                                      errors and warnings of the COG language in files and folders\n"
+    "  lsp                                 a language server on standard input and output\n"
     "\n"
     "Exit status: 0 all well; 1 an incomplete tree, a finding, a skipped line or a script error;\n"
     "2 a usage error, a file that cannot be read, or output that cannot be written.\n"
@@ -175,6 +190,7 @@ int run(const Args& words) {
     if (command == "reference") return runReference(args);
     if (command == "generate") return runGenerate(args);
     if (command == "lint") return runLint(args);
+    if (command == "lsp") return runLsp(args);
     std::cerr << "tessary-cli: unknown command '" << command << "'\n" << kUsage;
     return 2;
 }
