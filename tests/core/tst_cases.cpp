@@ -18,6 +18,7 @@
 
 #include <QProcess>
 
+#include <regex>
 #include <sstream>
 
 using cases::Args;
@@ -379,22 +380,29 @@ string services(const string& text, const Args& a, const QString&) {
     return out.empty() ? "nothing\n" : out;
 }
 
+// "> tessary ARGS" runs the editor itself, where a window could not open; other lines run tessary-cli.
 string cli(const string&, const Args& a, const QString& dir) {
     QProcess p;
     p.setWorkingDirectory(dir);
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C")); // the system's messages in English
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("none-such"));
     p.setProcessEnvironment(env);
+    const bool editor = a.at(0) == "tessary";
     QStringList args;
-    for (const auto& s : a) args << QString::fromStdString(s);
-    p.start(QStringLiteral(TESSARY_BIN_DIR "/tessary-cli"), args);
+    for (std::size_t i = editor; i < a.size(); ++i) args << QString::fromStdString(a[i]);
+    p.start(QStringLiteral(TESSARY_BIN_DIR) + (editor ? "/tessary" : "/tessary-cli"), args);
     if (!p.waitForFinished(30000)) return "did not end\n";
-    const string out = p.readAllStandardOutput().toStdString();
-    string err = p.readAllStandardError().toStdString();
-    // Of a usage text only the first line: the rest explains the command and changes with it.
-    const auto usage = err.find("Usage: "), next = err.find('\n', usage) + 1;
-    if (usage != string::npos && (usage == 0 || err[usage - 1] == '\n') && next < err.size())
-        err = err.substr(0, next) + "...\n";
+    // Of a usage text only the first line: the rest explains the command and changes with it. The
+    // version number changes with every release.
+    const auto shorten = [](string text) {
+        const auto usage = text.find("Usage: "), next = text.find('\n', usage) + 1;
+        if (usage != string::npos && (usage == 0 || text[usage - 1] == '\n') && next < text.size())
+            text = text.substr(0, next) + "...\n";
+        return std::regex_replace(text, std::regex("^tessary [0-9]+\\.[0-9]+\\.[0-9]+\n"), "tessary N.N.N\n");
+    };
+    const string out = shorten(p.readAllStandardOutput().toStdString()),
+                 err = shorten(p.readAllStandardError().toStdString());
     return (out.empty() ? "" : block(out)) + (err.empty() ? "" : "error output\n" + block(err)) + "status " +
            to_string(p.exitCode()) + "\n";
 }

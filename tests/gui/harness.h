@@ -4,13 +4,16 @@
 #pragma once
 
 #include "app/ui/KeyedTreeView.h"
+#include "app/ui/StatusBar.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/frmAbout.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "cog/layout.h"
 #include "cog/ui/frmChkSyn.h"
+#include "editor/recovery.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/NoticeBar.h"
 #include "editor/ui/frmTessary.h"
 #include "templates/ui/frmCGT.h"
 #include "tests/cases.h"
@@ -34,12 +37,16 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QUrl>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -102,14 +109,16 @@ struct ScriptedDialogs : ui::Dialogs {
         printer.setOutputFileName(printToPdf);
         return true;
     }
-    bool fontDialog(const QFont&, QFont& chosen) override {
+    static QString described(const QFont& f) {
+        return QStringLiteral("%1 %2%3%4")
+            .arg(f.family())
+            .arg(f.pointSizeF())
+            .arg(f.bold() ? " bold" : "", f.italic() ? " italic" : "");
+    }
+    bool fontDialog(const QFont& initial, QFont& chosen) override {
         const bool ok = !fontAnswers.isEmpty();
         if (ok) chosen = fontAnswers.takeFirst();
-        answered("font dialog", ok ? QStringLiteral("%1 %2%3%4")
-                                         .arg(chosen.family())
-                                         .arg(chosen.pointSizeF())
-                                         .arg(chosen.bold() ? " bold" : "", chosen.italic() ? " italic" : "")
-                                   : QString());
+        answered("font dialog from " + described(initial), ok ? described(chosen) : QString());
         return ok;
     }
     QStringList texts() const {
@@ -118,6 +127,16 @@ struct ScriptedDialogs : ui::Dialogs {
         return t;
     }
 };
+
+// The folders of recovery copies: this program's own, or those of other programs.
+inline QStringList recoveryFolders(bool own) {
+    const QDir root(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + "/recovery");
+    const QString mine = QString::number(QCoreApplication::applicationPid()) + '-';
+    QStringList found;
+    for (const QString& name : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        if (name.startsWith(mine) == own) found << root.filePath(name);
+    return found;
+}
 
 // Names the settings store as the program does and reads the data files from the build's
 // program directory. The settings start empty.
@@ -155,11 +174,18 @@ inline QByteArray textOf(frmTessary* w) {
 }
 
 // Keys as typed: \x08 is Backspace, \r Enter, \t Tab, \x02 the Left arrow; other bytes are characters.
+// Characters beyond ASCII (keys in UTF-8) arrive as the text of a key without a key code.
 inline void typeKeys(QWidget* target, const std::string& keys) {
     static const QHash<char, Qt::Key> special{
         {'\x08', Qt::Key_Backspace}, {'\r', Qt::Key_Return}, {'\t', Qt::Key_Tab}, {'\x02', Qt::Key_Left}};
-    for (const char c : keys)
-        special.contains(c) ? QTest::keyClick(target, special[c]) : QTest::keyClick(target, c);
+    for (const char32_t u : QString::fromStdString(keys).toUcs4()) {
+        if (u >= 0x80)
+            QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString::fromUcs4(&u, 1),
+                                Qt::NoModifier);
+        else
+            special.contains(char(u)) ? QTest::keyClick(target, special[char(u)])
+                                      : QTest::keyClick(target, char(u));
+    }
 }
 
 // A program run by golden cases. Each line "> COMMAND ARGS" of a case is one call of run(), which
@@ -167,25 +193,30 @@ inline void typeKeys(QWidget* target, const std::string& keys) {
 // Files live in a directory of the session's own, shown as DIR, which is also the program's
 // directory: it starts with copies of the shipped default.cog, messages.dat and cogref.dat.
 //   Files and settings:  write NAME [BYTES [TIMES]] (the case's input without BYTES), remove NAME,
-//                        file NAME, files, setting KEY [VALUE...], settings, limit BYTES (the
-//                        largest file the next command may write)
+//                        mkdir NAME, fifo NAME, sparse NAME BYTES, chmod MODE NAME, file NAME,
+//                        rename FROM TO, files [FOLDER], setting KEY [VALUE...], settings, limit BYTES (the
+//                        largest file the next command may write), nobody COMMAND... (run as a user without
+//                        privileges), copies (the recovery copies), wait MS
 //   Dialogs' answers:    answer yes|no|cancel|ok..., answer input TEXT..., answer open|save|print
 //                        PATH, answer font FAMILY SIZE [bold] [italic], answer template [VALUE...]
 //                        (the template window is generated with these values; without the
 //                        answer it is closed)
 //   The frame:           start [COMMAND LINE], stop, windows, menus [MENU], menu MENU/ITEM,
-//                        key KEYS..., drop NAME..., show TREE, choose N (a window for the
+//                        key KEYS..., drop [text] NAME..., show TREE, choose N (a window for the
 //                        explorer), tree [TREE], click KEY, dclick KEY, label KEY TEXT [escape],
 //                        add FIELD=VALUE... (Add Symbol), check [open|N|OK|Escape], window TAG,
-//                        defaults
-//   The current window:  load [BYTES [TIMES]], type KEYS, at [START [LENGTH]], text, search,
-//                        clipboard TEXT, aids
+//                        defaults, resize W H, request PATH (a second start's), status
+//   The current window:  load [BYTES [TIMES]], type KEYS, compose TEXT, at [START [LENGTH]], text,
+//                        search, clipboard [TEXT], aids, bars [wait], press CAPTION|hide, pause MS
 class Session {
 public:
     std::string run(const std::string& input, const cases::Args& a);
     // Stops the program and forgets the directory.
     void reset() {
         stopTessary();
+        for (const QString& folder : recoveryFolders(true))
+            for (const QString& name : QDir(folder).entryList({QStringLiteral("*.rec")}))
+                QDir(folder).remove(name);
         dialogs_ = ScriptedDialogs();
         templateAnswers_.reset();
         dir_.reset();
@@ -228,7 +259,7 @@ private:
     ScriptedDialogs dialogs_;
     QPointer<QWidget> target_;
     std::optional<QStringList> templateAnswers_;
-    rlim_t limit_ = 0;
+    std::optional<rlim_t> limit_;
 };
 
 inline Session& session() {
@@ -270,7 +301,7 @@ inline std::string Session::run(const std::string& input, const cases::Args& a) 
     getrlimit(RLIMIT_FSIZE, &old);
     if (limit_) {
         rlimit small = old;
-        small.rlim_cur = std::exchange(limit_, 0);
+        small.rlim_cur = *std::exchange(limit_, std::nullopt);
         std::signal(SIGXFSZ, SIG_IGN);
         setrlimit(RLIMIT_FSIZE, &small);
     }
@@ -298,10 +329,31 @@ inline std::string Session::command(const std::string& input, const cases::Args&
         return f.open(QIODevice::WriteOnly) && f.write(bytes(2)) >= 0 ? "" : "not written\n";
     }
     if (c == "remove") return QFile::remove(path(a.at(1))) ? "" : "not removed\n";
+    if (c == "rename") // replacing the file of that name, as a program that saves through a new file does
+        return std::rename(qPrintable(path(a.at(1))), qPrintable(path(a.at(2)))) ? "not renamed\n" : "";
+    if (c == "mkdir") return QDir().mkpath(path(a.at(1))) ? "" : "not made\n";
+    if (c == "fifo") return ::mkfifo(QFile::encodeName(path(a.at(1))).constData(), 0644) ? "not made\n" : "";
+    if (c == "sparse") { // a file of BYTES bytes that takes no room on the disk
+        QFile f(path(a.at(1)));
+        return f.open(QIODevice::WriteOnly) && f.resize(a.num(2)) ? "" : "not made\n";
+    }
+    if (c == "chmod")
+        return ::chmod(QFile::encodeName(path(a.at(2))).constData(), mode_t(std::stol(a.at(1), nullptr, 8)))
+                   ? "not changed\n"
+                   : "";
+    if (c == "nobody") { // the rest of the line, as a user without privileges (root passes every check)
+        const bool root = ::geteuid() == 0;
+        if (root && ::seteuid(65534) != 0) return "no other user\n";
+        const std::string out = command(input, cases::Args{{a.begin() + 1, a.end()}});
+        if (root && ::seteuid(0) != 0) return "still the other user\n";
+        return out;
+    }
+    if (c == "wait") return QTest::qWait(int(a.num(1))), "";
     if (c == "limit") return limit_ = rlim_t(a.num(1)), "";
     if (c == "setting") {
         QStringList values;
-        for (std::size_t i = 2; i < a.size(); ++i) values << QString::fromStdString(a[i]);
+        for (std::size_t i = 2; i < a.size(); ++i)
+            values << QString::fromStdString(a[i]).replace(QStringLiteral("DIR"), dir_->path());
         const QString key = QString::fromStdString(a.at(1));
         values.size() == 1 ? QSettings().setValue(key, values[0]) : QSettings().setValue(key, values);
         return "";
@@ -339,8 +391,22 @@ inline std::string Session::command(const std::string& input, const cases::Args&
         }
         return out.empty() ? "nothing stored\n" : out;
     }
+    if (c == "copies") { // the recovery copies this program keeps, once typing has paused
+        QTest::qWait(100);
+        std::string out;
+        for (const QString& folder : recoveryFolders(true))
+            for (const QString& name : QDir(folder).entryList({"*.rec"}, QDir::Files)) {
+                const auto r = editor::decodeRecovery(cases::readAll(folder + '/' + name).toStdString());
+                out += r ? "copy of " + r->path + " \"" + cases::esc(r->text) + "\"\n" : "unreadable copy\n";
+            }
+        return out.empty() ? "no copies\n" : out;
+    }
     if (c == "files")
-        return QDir(dir_->path()).entryList(QDir::Files | QDir::Hidden).join(' ').toStdString() + "\n";
+        return QDir(a.size() > 1 ? path(a[1]) : dir_->path())
+                   .entryList(QDir::Files | QDir::Hidden)
+                   .join(' ')
+                   .toStdString() +
+               "\n";
     if (c == "file") {
         QFile f(path(a.at(1)));
         return f.open(QIODevice::ReadOnly) ? shownText(f.readAll()) : "no file\n";
@@ -348,7 +414,10 @@ inline std::string Session::command(const std::string& input, const cases::Args&
     if (c == "start") {
         QStringList line;
         for (std::size_t i = 1; i < a.size(); ++i) line << QString::fromStdString(a[i]);
+        const QString before = QDir::currentPath(); // relative paths are read from DIR
+        QDir::setCurrent(dir_->path());
         frame = startTessary(dialogs_, line.join(' ').replace(QStringLiteral("DIR"), dir_->path()));
+        QDir::setCurrent(before);
         if (!frame) return "no frame\n";
         frame->activateWindow();
         if (!QTest::qWaitForWindowActive(frame)) return "not active\n";
@@ -379,16 +448,31 @@ inline std::string Session::command(const std::string& input, const cases::Args&
     if (c == "stop") return stopTessary(), "";
     if (c == "windows") return windows();
     if (c == "menus") return menus(QString::fromStdString(a.at(1)));
-    if (c == "menu") {
-        const QString top = QString::fromStdString(a.at(1)).section('/', 0, 0),
-                      name = QString::fromStdString(a.at(1)).section('/', 1);
-        for (QAction* m : frame->menuBar()->actions())
-            if (m->menu() && plain(m->text()) == top) {
-                emit m->menu()->aboutToShow();
-                for (QAction* item : m->menu()->actions())
-                    if (plain(item->text()) == name) return item->trigger(), "";
-            }
-        return "no such item\n";
+    if (c == "menu") { // MENU/ITEM or MENU/SUBMENU/ITEM
+        QList<QAction*> items = frame->menuBar()->actions();
+        for (const QString& name : QString::fromStdString(a.at(1)).split('/')) {
+            const auto found = std::find_if(items.begin(), items.end(),
+                                            [&](QAction* i) { return plain(i->text()) == name; });
+            if (found == items.end()) return "no such item\n";
+            if (!(*found)->menu()) return (*found)->trigger(), "";
+            emit(*found)->menu()->aboutToShow();
+            items = (*found)->menu()->actions();
+        }
+        return "a menu, not an item\n";
+    }
+    if (c == "resize") return frame->resize(int(a.num(1)), int(a.num(2))), QTest::qWait(20), "";
+    if (c == "request") return frame->MDIForm_LinkExecute(path(a.at(1))), ""; // a second start's path
+    if (c == "status") { // the status bar, once the caret's place has been repainted
+        QTest::qWait(60);
+        const FrameStatusBar* b = frame->sbrMain;
+        std::string out = "status \"" + b->lblPosition->text().toStdString() + "\" \"" +
+                          b->lblLineEnds->text().toStdString() + "\" \"" +
+                          b->lblCharset->text().toStdString() + "\"";
+        if (!b->lblDiagnostics->isHidden())
+            out += " diagnostics \"" + b->lblDiagnostics->text().toStdString() + "\"";
+        return out +
+               (b->currentMessage().isEmpty() ? "" : ", says \"" + b->currentMessage().toStdString() + "\"") +
+               "\n";
     }
     if (c == "key") {
         for (std::size_t i = 1; i < a.size(); ++i) {
@@ -400,7 +484,8 @@ inline std::string Session::command(const std::string& input, const cases::Args&
     if (c == "drop") {
         QMimeData data;
         QList<QUrl> urls;
-        for (std::size_t i = 1; i < a.size(); ++i) urls << QUrl::fromLocalFile(path(a[i]));
+        const bool onText = a.at(1) == "text" && w; // "drop text NAME...": onto the window's text
+        for (std::size_t i = onText ? 2 : 1; i < a.size(); ++i) urls << QUrl::fromLocalFile(path(a[i]));
         data.setUrls(urls);
         const QPoint at(frame->width() / 2, frame->height() / 2);
         for (QWidget* to : {w ? w->txtMain->viewport() : frame, static_cast<QWidget*>(frame)}) {
@@ -409,7 +494,7 @@ inline std::string Session::command(const std::string& input, const cases::Args&
             if (!enter.isAccepted()) return "refused\n";
         }
         QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(frame, &drop);
+        QCoreApplication::sendEvent(onText ? w->txtMain->viewport() : static_cast<QWidget*>(frame), &drop);
         QTest::qWait(50);
         return "";
     }
@@ -450,6 +535,11 @@ inline std::string Session::command(const std::string& input, const cases::Args&
             const QString field = QString::fromStdString(a[i]).section('=', 0, 0),
                           value = QString::fromStdString(a[i]).section('=', 1);
             if (field == "type") frame->cmbVarType->setCurrentIndex(frame->cmbVarType->findText(value));
+            if (field == "typed") { // typed over the type box's text
+                frame->cmbVarType->lineEdit()->selectAll();
+                QTest::keyClick(frame->cmbVarType->lineEdit(), Qt::Key_Delete);
+                QTest::keyClicks(frame->cmbVarType->lineEdit(), value);
+            }
             if (field == "local" && frame->chkLocal->isChecked() != (value == "yes"))
                 QTest::mouseClick(frame->chkLocal, Qt::LeftButton, {},
                                   QPoint(2, frame->chkLocal->height() / 2));
@@ -494,7 +584,44 @@ inline std::string Session::command(const std::string& input, const cases::Args&
         w->clearModified();
         return "";
     }
+    if (c == "clipboard" && a.size() == 1)
+        return "clipboard \"" + cases::esc(QGuiApplication::clipboard()->text().toStdString()) + "\"\n";
     if (c == "clipboard") return QGuiApplication::clipboard()->setText(QString::fromStdString(a.at(1))), "";
+    if (c == "compose") { // text committed by an input method
+        QInputMethodEvent event;
+        event.setCommitString(QString::fromStdString(a.at(1)));
+        return QCoreApplication::sendEvent(w->txtMain, &event), "";
+    }
+    if (c == "bars") { // the bars above the text; "bars wait" waits up to 5 s for one to show
+        const auto shown = [w] {
+            QList<NoticeBar*> bars;
+            for (NoticeBar* b : w->findChildren<NoticeBar*>())
+                if (b->isVisibleTo(w)) bars << b;
+            return bars;
+        };
+        if (a.at(1) == "wait") (void)QTest::qWaitFor([&] { return !shown().isEmpty(); }, 5000);
+        std::string out;
+        for (NoticeBar* b : shown()) {
+            out += "bar \"" + b->message().toStdString() + "\"";
+            for (QPushButton* button : b->findChildren<QPushButton*>())
+                if (button->isVisibleTo(b)) out += " [" + plain(button->text()).toStdString() + "]";
+            out += "\n";
+        }
+        return out.empty() ? "no bar\n" : out;
+    }
+    if (c == "press") { // a button of the window's bars by its caption, or "hide" for a bar's close button
+        for (NoticeBar* b : w->findChildren<NoticeBar*>())
+            for (QAbstractButton* button : b->findChildren<QAbstractButton*>())
+                if (b->isVisibleTo(w) && button->isVisibleTo(b) &&
+                    (plain(button->text()).toStdString() == a.at(1) ||
+                     (a.at(1) == "hide" && button == b->cmdHide)))
+                    return QTest::mouseClick(button, Qt::LeftButton), "";
+        return "no such button\n";
+    }
+    if (c == "pause") { // the pause in typing before a recovery copy is written, in milliseconds
+        w->findChild<QTimer*>(QStringLiteral("recoveryPause"))->setInterval(int(a.num(1)));
+        return "";
+    }
     if (c == "type") return w->txtMain->setFocus(), typeKeys(w->txtMain, a.at(1)), "";
     if (c == "at") { // sets the selection; without a position, shows it
         if (a.size() == 1) {
@@ -558,7 +685,8 @@ inline std::string Session::windows() const {
                       (f->tvwCogE->isVisible()  ? "CogExplorer"
                        : f->tvwCog->isVisible() ? "CogRef"
                                                 : "no tree") +
-                      ", list \"" + f->cmbCog->currentText().toStdString() + "\"\n";
+                      ", list \"" + f->cmbCog->currentText().toStdString() + "\"" +
+                      (f->mdiArea->viewMode() == QMdiArea::TabbedView ? ", tabbed\n" : "\n");
     for (int i = 1; i <= mdlTessary::colCogs.count(); ++i) {
         frmTessary* w = cogWindow(i);
         captions << w->Caption();
@@ -570,6 +698,9 @@ inline std::string Session::windows() const {
                (w->subWindow()->windowTitle() == w->Caption()
                     ? ""
                     : ", framed as " + w->subWindow()->windowTitle().toStdString()) +
+               (w->subWindow()->isMaximized() ? ", maximized" : "") +
+               (f->mdiArea->viewport()->rect().contains(w->subWindow()->geometry()) ? ""
+                                                                                    : ", outside the area") +
                (w->lsym == cog::find(1, text, "\nsymbols") && w->lsymend == cog::find(1, text, "\nend")
                     ? ""
                     : ", markers stale") +
@@ -610,17 +741,22 @@ inline std::string Session::menus(const QString& only) const {
     std::string out;
     for (QAction* m : mdlTessary::frame()->menuBar()->actions()) {
         if (!m->menu() || (!only.isEmpty() && plain(m->text()) != only)) continue;
-        emit m->menu()->aboutToShow();
+        std::function<void(QMenu*, std::string)> list = [&](QMenu* menu, const std::string& indent) {
+            emit menu->aboutToShow();
+            for (QAction* item : menu->actions()) {
+                QStringList keys;
+                for (const QKeySequence& k : item->shortcuts()) keys << k.toString();
+                out += indent + (item->isSeparator() ? "---" : item->text().toStdString()) +
+                       (keys.isEmpty() ? "" : "  " + keys.join(QStringLiteral(", ")).toStdString()) +
+                       (item->data().toString().isEmpty() ? ""
+                                                          : " -> " + item->data().toString().toStdString()) +
+                       (item->isEnabled() ? "" : " (disabled)") + (item->isVisible() ? "" : " (hidden)") +
+                       (item->isChecked() ? " (checked)" : "") + "\n";
+                if (item->menu()) list(item->menu(), indent + "  ");
+            }
+        };
         out += m->text().toStdString() + "\n";
-        for (QAction* item : m->menu()->actions()) {
-            QStringList keys;
-            for (const QKeySequence& k : item->shortcuts()) keys << k.toString();
-            out += "  " + (item->isSeparator() ? "---" : item->text().toStdString()) +
-                   (keys.isEmpty() ? "" : "  " + keys.join(QStringLiteral(", ")).toStdString()) +
-                   (item->data().toString().isEmpty() ? "" : " -> " + item->data().toString().toStdString()) +
-                   (item->isEnabled() ? "" : " (disabled)") + (item->isVisible() ? "" : " (hidden)") +
-                   (item->isChecked() ? " (checked)" : "") + "\n";
-        }
+        list(m->menu(), "  ");
     }
     return out;
 }

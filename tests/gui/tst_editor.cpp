@@ -3,10 +3,14 @@
 // pair at the caret, the COG colouring and loading.
 #include "harness.h"
 
+#include "editor/charset.h"
 #include "editor/coglexer.h"
+#include "editor/ui/CharsetFont.h"
 #include "editor/ui/CogLexer.h"
 
 #include <QBuffer>
+#include <QPainterPath>
+#include <QRawFont>
 
 #include <random>
 
@@ -84,6 +88,44 @@ private slots:
     void sessions() {
         cases::runCase({{"editor", [](auto& input, auto& a, auto&) { return session().run(input, a); }},
                         {"keys", keys}});
+    }
+
+    // Bytes 0x80-0x9F show their Windows-1252 characters: a stand-in font draws each with the
+    // editor font's own outline and advance, and the editor's text uses it.
+    void bytes80To9FShowTheirCharacters_data() {
+        QTest::addColumn<QString>("family");
+        for (const char* family : {"DejaVu Sans Mono", "DejaVu Serif"}) QTest::newRow(family) << family;
+    }
+    void bytes80To9FShowTheirCharacters() {
+        QFETCH(QString, family);
+        if (!QFontDatabase::hasFamily(family)) QSKIP("font not installed");
+        const QString standIn = charsetfont::install(family);
+        QRawFont made = QRawFont::fromFont(QFont(standIn)), source = QRawFont::fromFont(QFont(family));
+        QCOMPARE(made.familyName(), standIn);
+        made.setPixelSize(source.unitsPerEm());
+        source.setPixelSize(source.unitsPerEm());
+        for (char32_t byte = 0x80; byte <= 0x9F; ++byte) {
+            const char32_t c = editor::decodeByte(static_cast<unsigned char>(byte));
+            QCOMPARE(made.supportsCharacter(byte), c != byte);
+            if (c == byte) continue;
+            const auto madeGlyph = made.glyphIndexesForString(QString::fromUcs4(&byte, 1));
+            const auto sourceGlyph = source.glyphIndexesForString(QString::fromUcs4(&c, 1));
+            const QRectF a = made.pathForGlyph(madeGlyph[0]).boundingRect(),
+                         b = source.pathForGlyph(sourceGlyph[0]).boundingRect();
+            QVERIFY2(qAbs(a.left() - b.left()) + qAbs(a.top() - b.top()) + qAbs(a.right() - b.right()) +
+                             qAbs(a.bottom() - b.bottom()) <=
+                         4,
+                     qPrintable(QString::number(byte, 16)));
+            QCOMPARE(qRound(made.advancesForGlyphIndexes(madeGlyph)[0].x()),
+                     qRound(source.advancesForGlyphIndexes(sourceGlyph)[0].x()));
+        }
+        start();
+        mdlTessary::DefFontName = family;
+        mdlTessary::ApplyFont(cogWindow(1));
+        const QFont shown = box_->lexer()->font(0);
+        QCOMPARE(shown.family(), family);
+        QCOMPARE(QFontMetricsF(shown).horizontalAdvance(QChar(0x80)),
+                 QFontMetricsF(shown).horizontalAdvance(QChar(0x20AC)));
     }
 
     void lineNumberMarginFollowsFontAndLines() {
