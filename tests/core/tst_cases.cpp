@@ -2,6 +2,7 @@
 // shipped data files read by the same readers.
 #include "tests/cases.h"
 
+#include "app/openrequest.h"
 #include "app/recentfiles.h"
 #include "app/settingsvalues.h"
 #include "cog/addsymbol.h"
@@ -380,8 +381,40 @@ string services(const string& text, const Args& a, const QString&) {
     return out.empty() ? "nothing\n" : out;
 }
 
+// A request of a second start: the same outcome at once, byte by byte or in pieces, and a request
+// read whole is the one sent for its path. "> send PATH" shows the request sent for a path.
+string openRequest(const string& bytes, const Args& a, const QString&) {
+    if (a.at(0) == "send") {
+        const string sent = app::encodeOpenRequest(a.at(1));
+        return sent.empty() ? "not sent\n" : esc(sent) + "\n";
+    }
+    using State = app::OpenRequestDecoder::State;
+    string first;
+    for (const std::size_t step : {bytes.size() + 1, std::size_t{1}, std::size_t{3}, std::size_t{1000}}) {
+        app::OpenRequestDecoder d;
+        for (std::size_t at = 0; at < bytes.size(); at += step)
+            d.feed(std::string_view(bytes).substr(at, step));
+        const string got = d.state() == State::Complete  ? "complete: " + d.path() + "\n"
+                           : d.state() == State::Refused ? "refused: " + d.problem() + "\n"
+                                                         : "incomplete\n";
+        if (first.empty()) first = got;
+        if (got != first) return got + "\n(differs in pieces of " + to_string(step) + ")\n";
+        if (d.state() == State::Complete && app::encodeOpenRequest(d.path()) != bytes) return "not as sent\n";
+    }
+    return first;
+}
+
+// The verb table reader: a line read after a first verb line, the verbs read and the warnings.
+string verbs(const string&, const Args& a, const QString&) {
+    std::vector<language::VerbTableWarning> warnings;
+    const auto table = language::VerbTable::read("flex getthinghealth(thing)\n" + a.at(1), &warnings);
+    string out = to_string(table.size()) + " verbs\n";
+    for (const auto& w : warnings) out += to_string(w.line) + ": " + w.reason + "\n";
+    return out;
+}
+
 // "> tessary ARGS" runs the editor itself, where a window could not open; other lines run tessary-cli.
-string cli(const string&, const Args& a, const QString& dir) {
+string cli(const string& input, const Args& a, const QString& dir) {
     QProcess p;
     p.setWorkingDirectory(dir);
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -392,6 +425,8 @@ string cli(const string&, const Args& a, const QString& dir) {
     QStringList args;
     for (std::size_t i = editor; i < a.size(); ++i) args << QString::fromStdString(a[i]);
     p.start(QStringLiteral(TESSARY_BIN_DIR) + (editor ? "/tessary" : "/tessary-cli"), args);
+    p.write(QByteArray::fromStdString(input)); // the standard input: the case's input file
+    p.closeWriteChannel();
     if (!p.waitForFinished(30000)) return "did not end\n";
     // Of a usage text only the first line: the rest explains the command and changes with it. The
     // version number changes with every release.
@@ -408,11 +443,23 @@ string cli(const string&, const Args& a, const QString& dir) {
 }
 
 const std::map<string, cases::Rule> kRules{
-    {"addsymbol", addSymbol},     {"check", check},       {"cli", cli},
-    {"colouring", colouring},     {"explorer", explorer}, {"findreplace", findReplace},
-    {"keyedtree", keyedTree},     {"layout", layout},     {"other", other},
-    {"recentfiles", recentFiles}, {"reference", cogRef},  {"renamedelete", renameDelete},
-    {"services", services},       {"template", templ},    {"typingaids", typingAids},
+    {"addsymbol", addSymbol},
+    {"check", check},
+    {"cli", cli},
+    {"colouring", colouring},
+    {"explorer", explorer},
+    {"findreplace", findReplace},
+    {"keyedtree", keyedTree},
+    {"openrequest", openRequest},
+    {"layout", layout},
+    {"other", other},
+    {"recentfiles", recentFiles},
+    {"reference", cogRef},
+    {"renamedelete", renameDelete},
+    {"services", services},
+    {"verbs", verbs},
+    {"template", templ},
+    {"typingaids", typingAids},
 };
 
 } // namespace
