@@ -14,6 +14,7 @@
 #include "editor/messages.h"
 #include "editor/typingaids.h"
 #include "language/services.h"
+#include "lsp/document.h"
 #include "reference/cogref.h"
 #include "templates/template.h"
 
@@ -404,6 +405,28 @@ string openRequest(const string& bytes, const Args& a, const QString&) {
     return first;
 }
 
+// The language server's copy of a document (the case's input, UTF-8): "> units" its UTF-16 code
+// units, "> bytes" its conversion as a whole, "> place L C" the byte at a place and back, "> replace L C L C
+// TEXT" an edit (one after another); each answer ends with the Windows-1252 bytes the services read.
+string document(const string& utf8, const Args& a, const QString&) {
+    static lsp::Document d; // edits go on from the text as the last command left it
+    if (a.at(0) != "replace") d.setText(utf8);
+    string out;
+    if (a.at(0) == "units")
+        for (const char16_t u : lsp::utf16FromUtf8(utf8)) out += QString::number(u, 16).toStdString() + " ";
+    const auto at = [&](std::size_t i) {
+        return lsp::Position{std::uint32_t(a.num(i)), std::uint32_t(a.num(i + 1))};
+    };
+    if (a.at(0) == "place") {
+        const auto back = d.position(d.offset(at(1)));
+        out += "byte " + to_string(d.offset(at(1))) + " at " + to_string(back.line) + ":" +
+               to_string(back.character);
+    }
+    if (a.at(0) == "replace") d.replace(at(1), at(3), a.at(5));
+    if (a.at(0) == "bytes") return block(lsp::bytesFromUtf8(utf8));
+    return out + (out.empty() ? "" : "\n") + block(d.bytes());
+}
+
 // The verb table reader: a line read after a first verb line, the verbs read and the warnings.
 string verbs(const string&, const Args& a, const QString&) {
     std::vector<language::VerbTableWarning> warnings;
@@ -447,6 +470,7 @@ const std::map<string, cases::Rule> kRules{
     {"check", check},
     {"cli", cli},
     {"colouring", colouring},
+    {"document", document},
     {"explorer", explorer},
     {"findreplace", findReplace},
     {"keyedtree", keyedTree},
