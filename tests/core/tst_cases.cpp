@@ -5,12 +5,16 @@
 #include "app/openrequest.h"
 #include "app/recentfiles.h"
 #include "app/settingsvalues.h"
+#include "app/startup.h"
 #include "cog/addsymbol.h"
 #include "cog/explorer.h"
 #include "cog/renamedelete.h"
 #include "cog/syntaxcheck.h"
+#include "editor/charset.h"
 #include "editor/coglexer.h"
 #include "editor/firstoccurrence.h"
+#include "editor/gotoline.h"
+#include "editor/lineends.h"
 #include "editor/messages.h"
 #include "editor/typingaids.h"
 #include "language/services.h"
@@ -427,6 +431,89 @@ string document(const string& utf8, const Args& a, const QString&) {
     return out + (out.empty() ? "" : "\n") + block(d.bytes());
 }
 
+// The character set, line ends, Go to Line and the command line of the editor:
+//   > bytes                the bytes whose character is not the one of their own number
+//   > encode CODEPOINT...  the bytes written, and the index of the first UTF-16 unit refused
+//   > ends TEXT            the style, the counts (CR LF, LF, CR), the text made CR LF and LF
+//   > goto TYPED           the line and column asked for, or "refused"
+//   > start LINE yes|no    what a start does with that command line (a file of that name exists)
+// A caret moved by a conversion keeps its line, and counts kept through any edit equal a count
+// of the edited text; a transcript says where either fails.
+string textRules(const string&, const Args& a, const QString&) {
+    const auto hex = [](unsigned long v) { return QString::number(v, 16).toUpper().toStdString(); };
+    if (a.at(0) == "bytes") {
+        string out, all;
+        for (int b = 0; b < 256; ++b) {
+            const char32_t c = editor::decodeByte(static_cast<unsigned char>(b));
+            if (c != char32_t(b)) out += hex(b) + " " + hex(c) + "\n";
+            if (editor::encodeChar(c) != std::optional<unsigned char>(b))
+                out += hex(b) + " does not come back\n";
+            all += char(b);
+        }
+        const editor::Encoded back = editor::encode(editor::decode(all));
+        return out + (back.refused || back.bytes != all ? "the whole set does not come back\n" : "");
+    }
+    if (a.at(0) == "encode") {
+        QString text;
+        for (std::size_t i = 1; i < a.size(); ++i) {
+            const char32_t u = QString::fromStdString(a[i]).toUInt(nullptr, 16);
+            text += QString::fromUcs4(&u, 1);
+        }
+        const editor::Encoded e = editor::encode(text.toStdU16String());
+        string bytes;
+        for (const char b : e.bytes) bytes += hex(static_cast<unsigned char>(b)) + " ";
+        return "bytes " + bytes + (e.refused ? "refused at " + to_string(*e.refused) : "whole") + "\n";
+    }
+    if (a.at(0) == "goto") {
+        const auto r = editor::parseLineColumn(a.at(1));
+        return r ? to_string(r->line) + ":" + to_string(r->column) + "\n" : "refused\n";
+    }
+    if (a.at(0) == "start") {
+        static const char* names[] = {"open", "help", "version"};
+        return string(names[int(app::startRequest(a.at(1), a.at(2) == "yes"))]) + "\n";
+    }
+    if (a.at(0) == "texts")
+        return app::usageText().substr(0, app::usageText().find('\n') + 1) + app::versionText("1.2.3");
+    const string& t = a.at(1);
+    const editor::LineEndCounts n = editor::countLineEnds(t);
+    string out = string(editor::styleName(editor::styleOf(n))) + ", " + to_string(n.crlf) + " " +
+                 to_string(n.lf) + " " + to_string(n.cr) + "\n";
+    const auto lineOf = [](std::string_view s, editor::Pos p) {
+        const editor::LineEndCounts c = editor::countLineEnds(s.substr(0, std::size_t(p)));
+        return c.crlf + c.lf + c.cr;
+    };
+    for (const std::string_view eol : {"\r\n", "\n"}) {
+        editor::Pos caret = 0;
+        out += "made " + esc(string(eol)) + ": \"" + esc(editor::convertLineEnds(t, eol, caret)) + "\"\n";
+        for (editor::Pos at = 0; at <= editor::Pos(t.size()); ++at) {
+            editor::Pos moved = at;
+            const string made = editor::convertLineEnds(t, eol, moved);
+            const bool insidePair = at > 0 && t[std::size_t(at - 1)] == '\r' && std::size_t(at) < t.size() &&
+                                    t[std::size_t(at)] == '\n';
+            if (lineOf(made, moved) != lineOf(t, at) - (insidePair ? 1 : 0))
+                out += "a caret at " + to_string(at) + " leaves its line\n";
+        }
+    }
+    const string original = t + "\r";
+    for (std::size_t at = 0; at <= original.size(); ++at)
+        for (std::size_t length = 0; at + length <= original.size(); ++length)
+            for (const string inserted : {"", "\r", "\n", "\r\n", "x\n"}) {
+                string e = original;
+                editor::LineEndTracker tracker;
+                tracker.reset(e);
+                const editor::RangeReader read = [&e](editor::Pos s, editor::Pos k) {
+                    return std::string_view(e).substr(std::size_t(s), std::size_t(k));
+                };
+                const editor::Edit edit{editor::Pos(at), editor::Pos(length), editor::Pos(inserted.size())};
+                tracker.beforeEdit(edit, editor::Pos(e.size()), read);
+                e.replace(at, length, inserted);
+                tracker.afterEdit(edit, editor::Pos(e.size()), read);
+                if (!(tracker.counts() == editor::countLineEnds(e)))
+                    out += "counts kept wrong in \"" + esc(e) + "\"\n";
+            }
+    return out;
+}
+
 // The verb table reader: a line read after a first verb line, the verbs read and the warnings.
 string verbs(const string&, const Args& a, const QString&) {
     std::vector<language::VerbTableWarning> warnings;
@@ -483,6 +570,7 @@ const std::map<string, cases::Rule> kRules{
     {"services", services},
     {"verbs", verbs},
     {"template", templ},
+    {"textrules", textRules},
     {"typingaids", typingAids},
 };
 
