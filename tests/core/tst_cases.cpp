@@ -12,10 +12,12 @@
 #include "cog/syntaxcheck.h"
 #include "editor/charset.h"
 #include "editor/coglexer.h"
+#include "editor/diskstate.h"
 #include "editor/firstoccurrence.h"
 #include "editor/gotoline.h"
 #include "editor/lineends.h"
 #include "editor/messages.h"
+#include "editor/recovery.h"
 #include "editor/typingaids.h"
 #include "language/services.h"
 #include "lsp/document.h"
@@ -386,6 +388,58 @@ string services(const string& text, const Args& a, const QString&) {
     return out.empty() ? "nothing\n" : out;
 }
 
+// What a window knows of its file against what is on disk, and which files may be opened: lines
+// "NAME: KNOWN | NOW" (each "missing" or "SIZE MTIME DIGEST", "-" for no digest) and lines
+// "NAME: KIND SIZE MEMAVAILABLE", each answered after its name; a /proc/meminfo by its limit.
+string diskState(const string& input, const Args&, const QString&) {
+    if (input.find("MemTotal:") != string::npos) {
+        const std::uint64_t available = editor::memAvailable(input);
+        return "available: " + to_string(available) +
+               "\nlimit: " + editor::describeSize(editor::openLimit(available)) + "\n";
+    }
+    const auto state = [](const QString& text) {
+        const QStringList p = text.split(' ', Qt::SkipEmptyParts);
+        return p.size() != 3 ? editor::DiskState{}
+                             : editor::DiskState{true, p[0].toULongLong(), p[1].toLongLong(),
+                                                 p[2] == "-" ? string() : p[2].toStdString()};
+    };
+    string out;
+    for (const QString& line : QString::fromStdString(input).split('\n', Qt::SkipEmptyParts)) {
+        if (line.startsWith('#')) continue;
+        const QString q = line.section(':', 1).trimmed();
+        const QStringList w = q.split(' ', Qt::SkipEmptyParts);
+        static const std::map<QString, editor::FileKind> kinds{{"regular", editor::FileKind::Regular},
+                                                               {"directory", editor::FileKind::Directory},
+                                                               {"missing", editor::FileKind::Missing}};
+        const editor::DiskChange change =
+            editor::compareDiskState(state(q.section('|', 0, 0)), state(q.section('|', 1)));
+        const string why =
+            editor::refusalReason(kinds.contains(w.value(0)) ? kinds.at(w.value(0)) : editor::FileKind::Other,
+                                  w.value(1).toULongLong(), editor::openLimit(w.value(2).toULongLong()));
+        out += line.section(':', 0, 0).toStdString() + ": " +
+               (!q.contains('|')                          ? (why.empty() ? "opens" : why)
+                : change == editor::DiskChange::Unchanged ? "unchanged"
+                : change == editor::DiskChange::Changed   ? "changed"
+                                                          : "deleted") +
+               "\n";
+    }
+    return out;
+}
+
+// A recovery copy read back ("damaged" when it is no whole copy), written again byte for byte, and
+// offered at start-up in the words it ends with.
+string recovery(const string& bytes, const Args&, const QString&) {
+    const auto r = editor::decodeRecovery(bytes);
+    if (!r) return "damaged\n";
+    const editor::DiskState& d = r->disk;
+    string offer = editor::recoveryOffer({*r});
+    std::erase(offer, '\r');
+    return "path: " + esc(r->path) + "\ntitle: " + esc(r->title) +
+           "\ndisk: " + (d.exists ? "exists " : "missing ") + to_string(d.size) + " " + to_string(d.mtimeNs) +
+           " " + (d.hash.empty() ? "-" : d.hash) + "\ntext: " + esc(r->text) + "\noffer:\n" + offer + "\n" +
+           (editor::encodeRecovery(*r) == bytes ? "" : "written back otherwise\n");
+}
+
 // A request of a second start: the same outcome at once, byte by byte or in pieces, and a request
 // read whole is the one sent for its path. "> send PATH" shows the request sent for a path.
 string openRequest(const string& bytes, const Args& a, const QString&) {
@@ -557,6 +611,7 @@ const std::map<string, cases::Rule> kRules{
     {"check", check},
     {"cli", cli},
     {"colouring", colouring},
+    {"diskstate", diskState},
     {"document", document},
     {"explorer", explorer},
     {"findreplace", findReplace},
@@ -565,6 +620,7 @@ const std::map<string, cases::Rule> kRules{
     {"layout", layout},
     {"other", other},
     {"recentfiles", recentFiles},
+    {"recovery", recovery},
     {"reference", cogRef},
     {"renamedelete", renameDelete},
     {"services", services},
