@@ -328,7 +328,11 @@ inline std::string Session::command(const std::string& input, const cases::Args&
         QDir().mkpath(QFileInfo(f).absolutePath());
         return f.open(QIODevice::WriteOnly) && f.write(bytes(2)) >= 0 ? "" : "not written\n";
     }
-    if (c == "remove") return QFile::remove(path(a.at(1))) ? "" : "not removed\n";
+    if (c == "remove") // a file, or a folder with all it holds
+        return (QFileInfo(path(a.at(1))).isDir() ? QDir(path(a.at(1))).removeRecursively()
+                                                 : QFile::remove(path(a.at(1))))
+                   ? ""
+                   : "not removed\n";
     if (c == "rename") // replacing the file of that name, as a program that saves through a new file does
         return std::rename(qPrintable(path(a.at(1))), qPrintable(path(a.at(2)))) ? "not renamed\n" : "";
     if (c == "mkdir") return QDir().mkpath(path(a.at(1))) ? "" : "not made\n";
