@@ -396,7 +396,15 @@ inline std::string Session::command(const std::string& input, const cases::Args&
         return out.empty() ? "nothing stored\n" : out;
     }
     if (c == "copies") { // the recovery copies this program keeps, once typing has paused
-        QTest::qWait(100);
+        (void)QTest::qWaitFor(
+            [] { // until no window waits to write its copy
+                for (QTimer* t : mdlTessary::frame()
+                                     ? mdlTessary::frame()->findChildren<QTimer*>("recoveryPause")
+                                     : QList<QTimer*>())
+                    if (t->isActive()) return false;
+                return true;
+            },
+            5000);
         std::string out;
         for (const QString& folder : recoveryFolders(true))
             for (const QString& name : QDir(folder).entryList({"*.rec"}, QDir::Files)) {
