@@ -74,13 +74,6 @@ int Dialogs::msgBox(const QString& text, int buttons, int icon, const QString& t
     }
 }
 
-void Dialogs::notice(const QString& text, const QString& title) {
-    logMessage(text);
-    auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Ok, owner());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->show();
-}
-
 QString Dialogs::inputBox(const QString& prompt, const QString& title, const QString& defaultText) {
     bool ok = false;
     const QString answer = QInputDialog::getText(owner(), title, prompt, QLineEdit::Normal, defaultText, &ok);
@@ -126,10 +119,6 @@ void setDialogs(Dialogs* replacement) {
 
 int MsgBox(const QString& text, int buttons, int icon, const QString& title) {
     return dialogs().msgBox(text, buttons, icon, title);
-}
-
-void Notice(const QString& text, const QString& title) {
-    dialogs().notice(text, title);
 }
 
 QString InputBox(const QString& prompt, const QString& title, const QString& defaultText) {

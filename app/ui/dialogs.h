@@ -29,8 +29,6 @@ public:
     virtual ~Dialogs() = default;
     // Returns vbOK, or vbYes / vbNo / vbCancel for vbYesNoCancel and vbYesNo.
     virtual int msgBox(const QString& text, int buttons, int icon, const QString& title);
-    // A message box with an OK button that does not wait for it.
-    virtual void notice(const QString& text, const QString& title);
     // Cancel answers the empty text.
     virtual QString inputBox(const QString& prompt, const QString& title, const QString& defaultText);
     // A filter in the form "Description (*.x)|*.x|All files (*.*)|*.*". Cancel answers "".
@@ -47,7 +45,6 @@ Dialogs& dialogs();
 void setDialogs(Dialogs* replacement);
 
 int MsgBox(const QString& text, int buttons = vbOKOnly, int icon = 0, const QString& title = kTitle);
-void Notice(const QString& text, const QString& title = kTitle);
 QString InputBox(const QString& prompt, const QString& title = kTitle, const QString& defaultText = {});
 
 // The dialog filter "A (*.a)|*.a|B|*" in Qt's form "A (*.a);;B (*)".

@@ -392,7 +392,7 @@ void frmMain::dropEvent(QDropEvent* event) {
 }
 
 void frmMain::MDIForm_LinkExecute(const QString& cmdStr) {
-    ui::Notice(cmdStr); // does not wait, so that the file opens while it is shown
+    ui::MsgBox(cmdStr);
     mdlTessary::OpenCogFile(cmdStr);
 }
 

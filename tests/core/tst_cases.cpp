@@ -2,22 +2,31 @@
 // shipped data files read by the same readers.
 #include "tests/cases.h"
 
+#include "app/openrequest.h"
 #include "app/recentfiles.h"
 #include "app/settingsvalues.h"
+#include "app/startup.h"
 #include "cog/addsymbol.h"
 #include "cog/explorer.h"
 #include "cog/renamedelete.h"
 #include "cog/syntaxcheck.h"
+#include "editor/charset.h"
 #include "editor/coglexer.h"
+#include "editor/diskstate.h"
 #include "editor/firstoccurrence.h"
+#include "editor/gotoline.h"
+#include "editor/lineends.h"
 #include "editor/messages.h"
+#include "editor/recovery.h"
 #include "editor/typingaids.h"
 #include "language/services.h"
+#include "lsp/document.h"
 #include "reference/cogref.h"
 #include "templates/template.h"
 
 #include <QProcess>
 
+#include <regex>
 #include <sstream>
 
 using cases::Args;
@@ -379,24 +388,246 @@ string services(const string& text, const Args& a, const QString&) {
     return out.empty() ? "nothing\n" : out;
 }
 
-string cli(const string&, const Args& a, const QString& dir) {
+// What a window knows of its file against what is on disk, and which files may be opened: lines
+// "NAME: KNOWN | NOW" (each "missing" or "SIZE MTIME DIGEST", "-" for no digest) and lines
+// "NAME: KIND SIZE MEMAVAILABLE", each answered after its name; a /proc/meminfo by its limit.
+string diskState(const string& input, const Args&, const QString&) {
+    if (input.find("MemTotal:") != string::npos) {
+        const std::uint64_t available = editor::memAvailable(input);
+        return "available: " + to_string(available) +
+               "\nlimit: " + editor::describeSize(editor::openLimit(available)) + "\n";
+    }
+    const auto state = [](const QString& text) {
+        const QStringList p = text.split(' ', Qt::SkipEmptyParts);
+        return p.size() != 3 ? editor::DiskState{}
+                             : editor::DiskState{true, p[0].toULongLong(), p[1].toLongLong(),
+                                                 p[2] == "-" ? string() : p[2].toStdString()};
+    };
+    string out;
+    for (const QString& line : QString::fromStdString(input).split('\n', Qt::SkipEmptyParts)) {
+        if (line.startsWith('#')) continue;
+        const QString q = line.section(':', 1).trimmed();
+        const QStringList w = q.split(' ', Qt::SkipEmptyParts);
+        static const std::map<QString, editor::FileKind> kinds{{"regular", editor::FileKind::Regular},
+                                                               {"directory", editor::FileKind::Directory},
+                                                               {"missing", editor::FileKind::Missing}};
+        const editor::DiskChange change =
+            editor::compareDiskState(state(q.section('|', 0, 0)), state(q.section('|', 1)));
+        const string why =
+            editor::refusalReason(kinds.contains(w.value(0)) ? kinds.at(w.value(0)) : editor::FileKind::Other,
+                                  w.value(1).toULongLong(), editor::openLimit(w.value(2).toULongLong()));
+        out += line.section(':', 0, 0).toStdString() + ": " +
+               (!q.contains('|')                          ? (why.empty() ? "opens" : why)
+                : change == editor::DiskChange::Unchanged ? "unchanged"
+                : change == editor::DiskChange::Changed   ? "changed"
+                                                          : "deleted") +
+               "\n";
+    }
+    return out;
+}
+
+// A recovery copy read back ("damaged" when it is no whole copy), written again byte for byte, and
+// offered at start-up in the words it ends with.
+string recovery(const string& bytes, const Args&, const QString&) {
+    const auto r = editor::decodeRecovery(bytes);
+    if (!r) return "damaged\n";
+    const editor::DiskState& d = r->disk;
+    string offer = editor::recoveryOffer({*r});
+    std::erase(offer, '\r');
+    return "path: " + esc(r->path) + "\ntitle: " + esc(r->title) +
+           "\ndisk: " + (d.exists ? "exists " : "missing ") + to_string(d.size) + " " + to_string(d.mtimeNs) +
+           " " + (d.hash.empty() ? "-" : d.hash) + "\ntext: " + esc(r->text) + "\noffer:\n" + offer + "\n" +
+           (editor::encodeRecovery(*r) == bytes ? "" : "written back otherwise\n");
+}
+
+// A request of a second start: the same outcome at once, byte by byte or in pieces, and a request
+// read whole is the one sent for its path. "> send PATH" shows the request sent for a path.
+string openRequest(const string& bytes, const Args& a, const QString&) {
+    if (a.at(0) == "send") {
+        const string sent = app::encodeOpenRequest(a.at(1));
+        return sent.empty() ? "not sent\n" : esc(sent) + "\n";
+    }
+    using State = app::OpenRequestDecoder::State;
+    string first;
+    for (const std::size_t step : {bytes.size() + 1, std::size_t{1}, std::size_t{3}, std::size_t{1000}}) {
+        app::OpenRequestDecoder d;
+        for (std::size_t at = 0; at < bytes.size(); at += step)
+            d.feed(std::string_view(bytes).substr(at, step));
+        const string got = d.state() == State::Complete  ? "complete: " + d.path() + "\n"
+                           : d.state() == State::Refused ? "refused: " + d.problem() + "\n"
+                                                         : "incomplete\n";
+        if (first.empty()) first = got;
+        if (got != first) return got + "\n(differs in pieces of " + to_string(step) + ")\n";
+        if (d.state() == State::Complete && app::encodeOpenRequest(d.path()) != bytes) return "not as sent\n";
+    }
+    return first;
+}
+
+// The language server's copy of a document (the case's input, UTF-8): "> units" its UTF-16 code
+// units, "> bytes" its conversion as a whole, "> place L C" the byte at a place and back, "> replace L C L C
+// TEXT" an edit (one after another); each answer ends with the Windows-1252 bytes the services read.
+string document(const string& utf8, const Args& a, const QString&) {
+    static lsp::Document d; // edits go on from the text as the last command left it
+    if (a.at(0) != "replace") d.setText(utf8);
+    string out;
+    if (a.at(0) == "units")
+        for (const char16_t u : lsp::utf16FromUtf8(utf8)) out += QString::number(u, 16).toStdString() + " ";
+    const auto at = [&](std::size_t i) {
+        return lsp::Position{std::uint32_t(a.num(i)), std::uint32_t(a.num(i + 1))};
+    };
+    if (a.at(0) == "place") {
+        const auto back = d.position(d.offset(at(1)));
+        out += "byte " + to_string(d.offset(at(1))) + " at " + to_string(back.line) + ":" +
+               to_string(back.character);
+    }
+    if (a.at(0) == "replace") d.replace(at(1), at(3), a.at(5));
+    if (a.at(0) == "bytes") return block(lsp::bytesFromUtf8(utf8));
+    return out + (out.empty() ? "" : "\n") + block(d.bytes());
+}
+
+// The character set, line ends, Go to Line and the command line of the editor:
+//   > bytes                the bytes whose character is not the one of their own number
+//   > encode CODEPOINT...  the bytes written, and the index of the first UTF-16 unit refused
+//   > ends TEXT            the style, the counts (CR LF, LF, CR), the text made CR LF and LF
+//   > goto TYPED           the line and column asked for, or "refused"
+//   > start LINE yes|no    what a start does with that command line (a file of that name exists)
+// A caret moved by a conversion keeps its line, and counts kept through any edit equal a count
+// of the edited text; a transcript says where either fails.
+string textRules(const string&, const Args& a, const QString&) {
+    const auto hex = [](unsigned long v) { return QString::number(v, 16).toUpper().toStdString(); };
+    if (a.at(0) == "bytes") {
+        string out, all;
+        for (int b = 0; b < 256; ++b) {
+            const char32_t c = editor::decodeByte(static_cast<unsigned char>(b));
+            if (c != char32_t(b)) out += hex(b) + " " + hex(c) + "\n";
+            if (editor::encodeChar(c) != std::optional<unsigned char>(b))
+                out += hex(b) + " does not come back\n";
+            all += char(b);
+        }
+        const editor::Encoded back = editor::encode(editor::decode(all));
+        return out + (back.refused || back.bytes != all ? "the whole set does not come back\n" : "");
+    }
+    if (a.at(0) == "encode") {
+        QString text;
+        for (std::size_t i = 1; i < a.size(); ++i) {
+            const char32_t u = QString::fromStdString(a[i]).toUInt(nullptr, 16);
+            text += QString::fromUcs4(&u, 1);
+        }
+        const editor::Encoded e = editor::encode(text.toStdU16String());
+        string bytes;
+        for (const char b : e.bytes) bytes += hex(static_cast<unsigned char>(b)) + " ";
+        return "bytes " + bytes + (e.refused ? "refused at " + to_string(*e.refused) : "whole") + "\n";
+    }
+    if (a.at(0) == "goto") {
+        const auto r = editor::parseLineColumn(a.at(1));
+        return r ? to_string(r->line) + ":" + to_string(r->column) + "\n" : "refused\n";
+    }
+    if (a.at(0) == "start") {
+        static const char* names[] = {"open", "help", "version"};
+        return string(names[int(app::startRequest(a.at(1), a.at(2) == "yes"))]) + "\n";
+    }
+    if (a.at(0) == "texts")
+        return app::usageText().substr(0, app::usageText().find('\n') + 1) + app::versionText("1.2.3");
+    const string& t = a.at(1);
+    const editor::LineEndCounts n = editor::countLineEnds(t);
+    string out = string(editor::styleName(editor::styleOf(n))) + ", " + to_string(n.crlf) + " " +
+                 to_string(n.lf) + " " + to_string(n.cr) + "\n";
+    const auto lineOf = [](std::string_view s, editor::Pos p) {
+        const editor::LineEndCounts c = editor::countLineEnds(s.substr(0, std::size_t(p)));
+        return c.crlf + c.lf + c.cr;
+    };
+    for (const std::string_view eol : {"\r\n", "\n"}) {
+        editor::Pos caret = 0;
+        out += "made " + esc(string(eol)) + ": \"" + esc(editor::convertLineEnds(t, eol, caret)) + "\"\n";
+        for (editor::Pos at = 0; at <= editor::Pos(t.size()); ++at) {
+            editor::Pos moved = at;
+            const string made = editor::convertLineEnds(t, eol, moved);
+            const bool insidePair = at > 0 && t[std::size_t(at - 1)] == '\r' && std::size_t(at) < t.size() &&
+                                    t[std::size_t(at)] == '\n';
+            if (lineOf(made, moved) != lineOf(t, at) - (insidePair ? 1 : 0))
+                out += "a caret at " + to_string(at) + " leaves its line\n";
+        }
+    }
+    const string original = t + "\r";
+    for (std::size_t at = 0; at <= original.size(); ++at)
+        for (std::size_t length = 0; at + length <= original.size(); ++length)
+            for (const string inserted : {"", "\r", "\n", "\r\n", "x\n"}) {
+                string e = original;
+                editor::LineEndTracker tracker;
+                tracker.reset(e);
+                const editor::RangeReader read = [&e](editor::Pos s, editor::Pos k) {
+                    return std::string_view(e).substr(std::size_t(s), std::size_t(k));
+                };
+                const editor::Edit edit{editor::Pos(at), editor::Pos(length), editor::Pos(inserted.size())};
+                tracker.beforeEdit(edit, editor::Pos(e.size()), read);
+                e.replace(at, length, inserted);
+                tracker.afterEdit(edit, editor::Pos(e.size()), read);
+                if (!(tracker.counts() == editor::countLineEnds(e)))
+                    out += "counts kept wrong in \"" + esc(e) + "\"\n";
+            }
+    return out;
+}
+
+// The verb table reader: a line read after a first verb line, the verbs read and the warnings.
+string verbs(const string&, const Args& a, const QString&) {
+    std::vector<language::VerbTableWarning> warnings;
+    const auto table = language::VerbTable::read("flex getthinghealth(thing)\n" + a.at(1), &warnings);
+    string out = to_string(table.size()) + " verbs\n";
+    for (const auto& w : warnings) out += to_string(w.line) + ": " + w.reason + "\n";
+    return out;
+}
+
+// "> tessary ARGS" runs the editor itself, where a window could not open; other lines run tessary-cli.
+string cli(const string& input, const Args& a, const QString& dir) {
     QProcess p;
     p.setWorkingDirectory(dir);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C")); // the system's messages in English
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("none-such"));
+    p.setProcessEnvironment(env);
+    const bool editor = a.at(0) == "tessary";
     QStringList args;
-    for (const auto& s : a) args << QString::fromStdString(s);
-    p.start(QStringLiteral(TESSARY_BIN_DIR "/tessary-cli"), args);
+    for (std::size_t i = editor; i < a.size(); ++i) args << QString::fromStdString(a[i]);
+    p.start(QStringLiteral(TESSARY_BIN_DIR) + (editor ? "/tessary" : "/tessary-cli"), args);
+    p.write(QByteArray::fromStdString(input)); // the standard input: the case's input file
+    p.closeWriteChannel();
     if (!p.waitForFinished(30000)) return "did not end\n";
-    const string out = p.readAllStandardOutput().toStdString(), err = p.readAllStandardError().toStdString();
+    // Of a usage text only the first line: the rest explains the command and changes with it. The
+    // version number changes with every release.
+    const auto shorten = [](string text) {
+        const auto usage = text.find("Usage: "), next = text.find('\n', usage) + 1;
+        if (usage != string::npos && (usage == 0 || text[usage - 1] == '\n') && next < text.size())
+            text = text.substr(0, next) + "...\n";
+        return std::regex_replace(text, std::regex("^tessary [0-9]+\\.[0-9]+\\.[0-9]+\n"), "tessary N.N.N\n");
+    };
+    const string out = shorten(p.readAllStandardOutput().toStdString()),
+                 err = shorten(p.readAllStandardError().toStdString());
     return (out.empty() ? "" : block(out)) + (err.empty() ? "" : "error output\n" + block(err)) + "status " +
            to_string(p.exitCode()) + "\n";
 }
 
 const std::map<string, cases::Rule> kRules{
-    {"addsymbol", addSymbol},     {"check", check},       {"cli", cli},
-    {"colouring", colouring},     {"explorer", explorer}, {"findreplace", findReplace},
-    {"keyedtree", keyedTree},     {"layout", layout},     {"other", other},
-    {"recentfiles", recentFiles}, {"reference", cogRef},  {"renamedelete", renameDelete},
-    {"services", services},       {"template", templ},    {"typingaids", typingAids},
+    {"addsymbol", addSymbol},
+    {"check", check},
+    {"cli", cli},
+    {"colouring", colouring},
+    {"diskstate", diskState},
+    {"document", document},
+    {"explorer", explorer},
+    {"findreplace", findReplace},
+    {"keyedtree", keyedTree},
+    {"openrequest", openRequest},
+    {"layout", layout},
+    {"other", other},
+    {"recentfiles", recentFiles},
+    {"recovery", recovery},
+    {"reference", cogRef},
+    {"renamedelete", renameDelete},
+    {"services", services},
+    {"verbs", verbs},
+    {"template", templ},
+    {"textrules", textRules},
+    {"typingaids", typingAids},
 };
 
 } // namespace

@@ -50,7 +50,8 @@ void tst_CliOutput::refusesFilesWithoutEnd() {
     QCOMPARE(::mkfifo(fifo.constData(), 0600), 0); // nobody ever writes to it
     for (const QString& file : {QString::fromLocal8Bit(fifo), QStringLiteral("/dev/zero")}) {
         QProcess p;
-        p.start(TESSARY_BIN_DIR "/tessary-cli", {"outline", file, TESSARY_SOURCE_DIR "/tests/cases/cli/door.cog"});
+        p.start(TESSARY_BIN_DIR "/tessary-cli",
+                {"outline", file, TESSARY_SOURCE_DIR "/tests/cases/cli/door.cog"});
         QVERIFY(p.waitForFinished(30000) && p.exitStatus() == QProcess::NormalExit);
         QCOMPARE(p.exitCode(), 2);
         QCOMPARE(p.readAllStandardError(),

@@ -245,21 +245,11 @@ std::string describe(const cog::KeyedTree& tree) {
 
 // Runs fn on every text of the row's family, stopping at the first failure.
 template <typename Fn> void forEachText(int seed, Fn fn) {
-    QFETCH(int, family);
-    QFETCH(int, cases);
+    QFETCH_GLOBAL(int, family);
+    QFETCH_GLOBAL(int, cases);
     cogtext::Rng rng(static_cast<std::uint64_t>(seed + family));
     for (int i = 0; i < cases && !QTest::currentTestFailed(); ++i)
         fn(makeText(Family(family), rng, rng.next()), rng);
-}
-
-void families() {
-    QTest::addColumn<int>("family");
-    QTest::addColumn<int>("cases");
-    QTest::newRow("generated scripts") << int(Family::Generated) << 600;
-    QTest::newRow("scripts with a few damages") << int(Family::Mutated) << 1500;
-    QTest::newRow("scripts with many damages") << int(Family::HeavilyMutated) << 800;
-    QTest::newRow("soups of braces, line ends and keywords") << int(Family::Soup) << 3000;
-    QTest::newRow("CR without LF and empty texts") << int(Family::LineEnds) << 400;
 }
 
 } // namespace
@@ -267,7 +257,16 @@ void families() {
 class tst_Differential : public QObject {
     Q_OBJECT
 private slots:
-    void findEqualsBytewiseSearch_data() { families(); }
+    // Every comparison runs on each family of scripts.
+    void initTestCase_data() {
+        QTest::addColumn<int>("family");
+        QTest::addColumn<int>("cases");
+        QTest::newRow("generated scripts") << int(Family::Generated) << 600;
+        QTest::newRow("scripts with a few damages") << int(Family::Mutated) << 1500;
+        QTest::newRow("scripts with many damages") << int(Family::HeavilyMutated) << 800;
+        QTest::newRow("soups of braces, line ends and keywords") << int(Family::Soup) << 3000;
+        QTest::newRow("CR without LF and empty texts") << int(Family::LineEnds) << 400;
+    }
     void findEqualsBytewiseSearch() {
         forEachText(1000, [](const std::string& text, cogtext::Rng& rng) {
             for (int q = 0; q < 8; ++q) {
@@ -287,7 +286,6 @@ private slots:
         });
     }
 
-    void markersFollowEveryEdit_data() { families(); }
     void markersFollowEveryEdit() {
         forEachText(2000, [](std::string text, cogtext::Rng& rng) {
             static const std::string needles[3] = {"\nsymbols", "\nend", "\ncode"};
@@ -315,7 +313,6 @@ private slots:
         });
     }
 
-    void matchBraceEqualsLockStepLoop_data() { families(); }
     void matchBraceEqualsLockStepLoop() {
         forEachText(3000, [](const std::string& text, cogtext::Rng& rng) {
             // Every opening brace, and a few other carets (on other bytes, at and past the end).
@@ -329,7 +326,6 @@ private slots:
         });
     }
 
-    void replaceEqualsStepByStepSeries_data() { families(); }
     void replaceEqualsStepByStepSeries() {
         int compared = 0, all = 0;
         forEachText(4000, [&](const std::string& text, cogtext::Rng& rng) {
@@ -363,9 +359,8 @@ private slots:
         QVERIFY(compared > all / 2);
     }
 
-    void explorerEqualsStepByStepRebuild_data() { families(); }
     void explorerEqualsStepByStepRebuild() {
-        QFETCH(int, family);
+        QFETCH_GLOBAL(int, family);
         int stopped = 0;
         forEachText(5000, [&](std::string text, cogtext::Rng& rng) {
             const bool moreLabels = rng.chance(20);
@@ -387,7 +382,6 @@ private slots:
         if (Family(family) == Family::Generated) QCOMPARE(stopped, 0); // generated scripts are well formed
     }
 
-    void checkEqualsMatchCharPerBrace_data() { families(); }
     void checkEqualsMatchCharPerBrace() {
         forEachText(6000, [](const std::string& text, cogtext::Rng& rng) {
             const Pos caret = Pos(rng.below(text.size() + 1));
@@ -409,7 +403,6 @@ private slots:
         });
     }
 
-    void wordFromTheCaretsLineEqualsWholeText_data() { families(); }
     void wordFromTheCaretsLineEqualsWholeText() {
         forEachText(8000, [](const std::string& text, cogtext::Rng& rng) {
             for (int q = 0; q < 6; ++q) {
@@ -426,7 +419,6 @@ private slots:
         });
     }
 
-    void generationEqualsReplacementBySelection_data() { families(); }
     void generationEqualsReplacementBySelection() {
         forEachText(7000, [](std::string body, cogtext::Rng& rng) {
             static const std::vector<std::string> names{"door", "Door", "speed", "a", "x",
@@ -453,7 +445,6 @@ private slots:
     }
 
     // What makes a restyle from the start of the changed line safe.
-    void colouringFromAnyLineStartEqualsWholeText_data() { families(); }
     void colouringFromAnyLineStartEqualsWholeText() {
         editor::CogWords words;
         words.setVerbs({"Sleep", "MoveToFrame", "code"});

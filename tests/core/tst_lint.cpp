@@ -1,6 +1,7 @@
 // The COG language checker, through tessary-cli lint: every tests/cases/lint/NAME.cog is linted
 // and its output compared with NAME.expected (and with NAME.json, where there is one, for
-// --json); the command's options and exit status; the verb table reader.
+// --json); the shipped verb table against the shipped reference. (The options: tests/cases/cli/lint,
+// the verb table reader: tests/cases/verbs.)
 #include "language/verbs.h"
 #include "reference/cogref.h"
 #include "runcli.h"
@@ -20,20 +21,8 @@ QStringList caseFiles() {
     return QDir(kCases).entryList({"*.cog"}, QDir::Files, QDir::Name);
 }
 
-CliRun lint(const QStringList& args, const QByteArray& input = {}) {
-    if (input.isEmpty()) return runTessaryCli(QStringList{"lint"} + args, kCases);
-    QProcess p;
-    p.setWorkingDirectory(kCases);
-    p.start(QStringLiteral(TESSARY_BIN_DIR "/tessary-cli"), QStringList{"lint"} + args);
-    p.write(input);
-    p.closeWriteChannel();
-    CliRun r;
-    if (p.waitForFinished(30000) && p.exitStatus() == QProcess::NormalExit) {
-        r.status = p.exitCode();
-        r.out = p.readAllStandardOutput();
-        r.err = p.readAllStandardError();
-    }
-    return r;
+CliRun lint(const QStringList& args) {
+    return runTessaryCli(QStringList{"lint"} + args, kCases);
 }
 
 } // namespace
@@ -44,10 +33,6 @@ private slots:
     void golden_data();
     void golden();
     void wholeFolderInOrder();
-    void options_data();
-    void options();
-    void verbTable_data();
-    void verbTable();
     void referenceNamesVerbs();
 };
 
@@ -80,96 +65,16 @@ void tst_Lint::wholeFolderInOrder() {
     QCOMPARE(r.status, 1);
 }
 
-void tst_Lint::options_data() {
-    QTest::addColumn<QString>("args");
-    QTest::addColumn<QByteArray>("input"); // standard input
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("out"); // the whole output
-    QTest::addColumn<QByteArray>("err"); // contained in stderr; empty: stderr is empty
-    const auto row = [](const char* name, const char* args, const QByteArray& input, int status,
-                        const QByteArray& out, const QByteArray& err = {}) {
-        QTest::newRow(name) << QString(args) << input << status << out << err;
-    };
-    const QByteArray warnOnly = "symbols\nmessage startup\nend\ncode\nstartup: x = 1; return;\nend\n";
-    const QByteArray semanticError = "symbols\nmessage startup\nend\ncode\nstartup: Nope(); return;\nend\n";
-    row("warnings alone pass", "-", warnOnly, 0, "<stdin>:5:10: warning: 'x' is not declared\n");
-    row("--werror fails on a warning", "--werror -", warnOnly, 1,
-        "<stdin>:5:10: warning: 'x' is not declared\n");
-    row("--syntax-only leaves out the checks", "--syntax-only -", semanticError, 0, "");
-    row("--syntax-only keeps syntax errors", "--syntax-only -", "symbols\nend\ncode\nx = ;\nend\n", 1,
-        "<stdin>:4:5: error: expected an expression but found ';'\n");
-    row("--json", "--json -", semanticError, 1,
-        "{\"file\": \"<stdin>\", \"diagnostics\": [{\"line\": 5, \"column\": 10, \"endLine\": 5, "
-        "\"endColumn\": 14, "
-        "\"severity\": \"error\", \"code\": \"unknown-verb\", \"text\": \"there is no verb named "
-        "'Nope'\"}]}\n");
-    row("--json of a clean file", "--json -", "symbols\nend\ncode\nend\n", 0,
-        "{\"file\": \"<stdin>\", \"diagnostics\": []}\n");
-    row("unreadable path: 2, the others still checked", "nowhere.cog -", semanticError, 2,
-        "<stdin>:5:10: error: there is no verb named 'Nope'\n", "nowhere.cog");
-    row("help", "--help", {}, 0, {}, {});
-    row("no path", "", {}, 2, {}, "no file given");
-    row("unknown option", "--fast x.cog", {}, 2, {}, "'--fast'");
-}
-
-void tst_Lint::options() {
-    QFETCH(QString, args);
-    QFETCH(QByteArray, input);
-    QFETCH(int, status);
-    QFETCH(QByteArray, out);
-    QFETCH(QByteArray, err);
-    const CliRun r = lint(args.split(' ', Qt::SkipEmptyParts), input);
-    if (args == "--help")
-        QVERIFY(r.out.contains("--syntax-only") && r.out.contains("Exit status"));
-    else
-        QCOMPARE(QString::fromUtf8(r.out), QString::fromUtf8(out));
-    QCOMPARE(r.status, status);
-    if (err.isEmpty())
-        QCOMPARE(r.err, QByteArray());
-    else
-        QVERIFY2(r.err.contains(err), r.err.constData());
-}
-
-void tst_Lint::verbTable_data() {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("warning"); // empty: read
-    QTest::newRow("verb") << QByteArray("vector getthingvel(thing)") << "";
-    QTest::newRow("no arguments, deprecated") << QByteArray("nothing heapfree() deprecated") << "";
-    QTest::newRow("alias") << QByteArray("alias gethealth getthinghealth") << "";
-    QTest::newRow("blanks and CR around")
-        << QByteArray(" \tvector getthinglvec( thing )\t deprecated \t\r") << "";
-    QTest::newRow("alias of nothing")
-        << QByteArray("alias x nothere") << "2: alias of an unknown verb 'nothere'";
-    QTest::newRow("bad return") << QByteArray("real sin(flex)") << "2: unknown return type 'real'";
-    QTest::newRow("bad argument") << QByteArray("int f(flex, real)") << "2: unknown argument type 'real'";
-    QTest::newRow("no parentheses") << QByteArray("int f") << "2: expected NAME(ARGUMENTS)";
-    QTest::newRow("trailing comma") << QByteArray("int f(int,)")
-                                    << "2: an argument type is missing after ','";
-    QTest::newRow("extra word") << QByteArray("int f() old") << "2: unexpected 'old' after the arguments";
-    QTest::newRow("twice") << QByteArray("int GetThingHealth()") << "2: 'GetThingHealth' is listed twice";
-}
-
-// Each line read after a first verb line; the shipped table reads without a warning.
-void tst_Lint::verbTable() {
-    QFETCH(QByteArray, line);
-    QFETCH(QString, warning);
-    std::vector<language::VerbTableWarning> warnings;
-    language::VerbTable::read(("flex getthinghealth(thing)\n" + line).toStdString(), &warnings);
-    QStringList got;
-    for (const auto& w : warnings) got << QString("%1: %2").arg(w.line).arg(QString::fromStdString(w.reason));
-    QCOMPARE(got.join('\n'), warning);
-
-    const auto shipped =
-        language::VerbTable::read(readAll(TESSARY_SOURCE_DIR "/data/verbs.dat").toStdString(), &warnings);
-    QCOMPARE(warnings.size(), std::size_t(warning.isEmpty() ? 0 : 1));
-    QCOMPARE(shipped.size(), std::size_t(414));
-    const language::Verb* flags = shipped.find("SetActorFlags");
-    QVERIFY(flags && flags->name == "settypeflags" && flags->parameters.size() == 2);
-}
-
-// Every entry of the shipped reference names a verb of the table, with as many arguments.
+// The shipped table reads without a warning, and every entry of the shipped reference names a verb
+// of the table, with as many arguments.
 void tst_Lint::referenceNamesVerbs() {
-    const auto verbs = language::VerbTable::read(readAll(TESSARY_SOURCE_DIR "/data/verbs.dat").toStdString());
+    std::vector<language::VerbTableWarning> warnings;
+    const auto verbs =
+        language::VerbTable::read(readAll(TESSARY_SOURCE_DIR "/data/verbs.dat").toStdString(), &warnings);
+    QVERIFY(warnings.empty());
+    QCOMPARE(verbs.size(), std::size_t(414));
+    const language::Verb* flags = verbs.find("SetActorFlags");
+    QVERIFY(flags && flags->name == "settypeflags" && flags->parameters.size() == 2);
     const auto ref = reference::readCogRef(readAll(TESSARY_SOURCE_DIR "/data/cogref.dat").toStdString());
     std::size_t entries = 0;
     for (const auto& node : ref.tree.nodes()) {

@@ -23,8 +23,7 @@ TESSARY_FUZZ_TARGET(findreplace) {
         fuzzing::require(found.found + static_cast<long>(word.size()) - 1 <= size, "match past the end");
 
     const editor::ReplaceResult r = editor::replaceSeries(text, ipos, word, replacement, all, edges);
-    fuzzing::require(r.edit.start >= 0 && r.edit.removed >= 0 && r.edit.start + r.edit.removed <= size,
-                     "edit outside the text");
+    fuzzing::require(fuzzing::inside(r.edit, text), "edit outside the text");
     const std::string after = editor::applyEdit(text, r.edit);
     const long growth = static_cast<long>(replacement.size()) - static_cast<long>(word.size());
     fuzzing::require(static_cast<long>(after.size()) == size + r.replaced * growth, "size does not add up");

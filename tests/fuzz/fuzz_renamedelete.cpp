@@ -12,15 +12,12 @@ TESSARY_FUZZ_TARGET(renamedelete) {
     if (tree.empty()) return;
     const std::size_t index = 1 + pick % tree.count();
     const cog::KeyedTree::Node node = tree.at(index);
-    auto inside = [&](const editor::TextEdit& e) {
-        return e.start >= 0 && e.removed >= 0 && e.start + e.removed <= static_cast<long>(text.size());
-    };
     const cog::RenameResult rn = cog::renameNode(text, tree, node.key, node.text, newLabel);
-    fuzzing::require(inside(rn.edit), "rename edits outside the text");
+    fuzzing::require(fuzzing::inside(rn.edit, text), "rename edits outside the text");
     (void)editor::applyEdit(text, rn.edit);
     (void)cog::usedInCode(text, cog::StripDefaultValue(node.text));
     const cog::DeleteResult d = cog::deleteNode(text, tree, node.key);
-    fuzzing::require(inside(d.edit), "delete edits outside the text");
+    fuzzing::require(fuzzing::inside(d.edit, text), "delete edits outside the text");
     const std::string after = editor::applyEdit(text, d.edit);
     if (d.outcome == cog::DeleteResult::Outcome::Deleted)
         fuzzing::require(d.caret >= 0 && d.caret <= static_cast<long>(after.size()),

@@ -1,13 +1,15 @@
 // The frame of every fuzz target in this folder. A target is written once as
 //     TESSARY_FUZZ_TARGET(name) { ... use `in` ... }
-// and becomes either a libFuzzer entry point (the fuzz build) or an entry of a table that the
-// regression test replays its corpus and past findings through (the normal and sanitizer builds).
+// and becomes either a libFuzzer entry point (the fuzz build) or an entry of the table that the
+// regression test, built with every target's source, replays its corpus and past findings through
+// (the normal and sanitizer builds).
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -53,20 +55,28 @@ inline void require(bool ok, const char* what) {
     std::abort();
 }
 
+// An edit (start, removed) that lies inside the text.
+template <typename Edit> bool inside(const Edit& e, std::string_view text) {
+    return e.start >= 0 && e.removed >= 0 && e.start + e.removed <= static_cast<long>(text.size());
+}
+
+// The table of targets that the regression test replays its inputs through.
 using Body = void (*)(Input&);
-bool registerTarget(const char* name, Body body);
+inline std::map<std::string, Body>& targets() {
+    static std::map<std::string, Body> table;
+    return table;
+}
+inline bool registerTarget(const char* name, Body body) {
+    return targets().emplace(name, body).second;
+}
 
 } // namespace fuzzing
 
-#define TESSARY_FUZZ_CAT2(a, b) a##b
-#define TESSARY_FUZZ_CAT(a, b) TESSARY_FUZZ_CAT2(a, b)
-
 #ifdef TESSARY_FUZZ_REGISTRY
 #define TESSARY_FUZZ_TARGET(name)                                                                            \
-    static void TESSARY_FUZZ_CAT(fuzzBody_, name)(fuzzing::Input & in);                                      \
-    [[maybe_unused]] static const bool TESSARY_FUZZ_CAT(registered_, name) =                                 \
-        fuzzing::registerTarget(#name, &TESSARY_FUZZ_CAT(fuzzBody_, name));                                  \
-    static void TESSARY_FUZZ_CAT(fuzzBody_, name)(fuzzing::Input & in)
+    static void fuzzBody(fuzzing::Input& in);                                                                \
+    [[maybe_unused]] static const bool registered = fuzzing::registerTarget(#name, &fuzzBody);               \
+    static void fuzzBody(fuzzing::Input& in)
 #else
 #define TESSARY_FUZZ_TARGET(name)                                                                            \
     static void fuzzBody(fuzzing::Input& in);                                                                \

@@ -1,280 +1,311 @@
-// Start-up with its settings and command line, the frame's menus, layout, drops and Window menu,
-// and the numbering of editor windows.
+// The frame: start-up with its settings and command line, the menus, windows, drops, recent files
+// and fonts (sessions under tests/cases/frame); the Options dialog with its directory chooser and
+// the About box; a second start handing its path over; the installed program.
 #include "harness.h"
 
-#include "app/ui/KeyedTreeView.h"
+#include "app/ui/OpenRequestServer.h"
+#include "app/ui/frmDir.h"
+#include "app/ui/frmOptions.h"
 
-#include <QComboBox>
-#include <QDragEnterEvent>
-#include <QFile>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMimeData>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QUrl>
+#include <QDesktopServices>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTabBar>
+
+// Receives the links the program asks the desktop to open.
+class LinkRecorder : public QObject {
+    Q_OBJECT
+public:
+    QList<QUrl> opened;
+public slots:
+    void open(const QUrl& url) { opened << url; }
+};
 
 namespace {
 
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
+QString stored(const QString& key) {
+    return QSettings().value("Defaults/" + key, "(missing)").toString();
 }
 
-// The action captioned caption in the top-level menu captioned menu.
-QAction* menuItem(frmMain* frame, const QString& menu, const QString& caption) {
-    for (QAction* top : frame->menuBar()->actions())
-        if (top->text() == menu && top->menu())
-            for (QAction* item : top->menu()->actions())
-                if (item->text() == caption) return item;
-    return nullptr;
+// Starts the real program with args; true when it ended at once, successfully.
+bool secondStart(const QStringList& args, const QString& workingDirectory = {}) {
+    QProcess second;
+    second.setWorkingDirectory(workingDirectory);
+    second.start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), args);
+    // The frame answers from this event loop, so the wait must keep it running.
+    if (!QTest::qWaitFor([&] { return second.state() == QProcess::NotRunning; }, 15000)) {
+        second.kill();
+        second.waitForFinished(5000);
+        return false;
+    }
+    return second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0;
 }
 
-// The checkable entries of the Window menu, as shown.
-QStringList windowList(frmMain* frame) {
-    emit frame->mnuWindow->aboutToShow();
-    QStringList listed;
-    for (QAction* a : frame->mnuWindow->actions())
-        if (a->isCheckable() && a != frame->mnuWindowTabbed)
-            listed << a->text() + (a->isChecked() ? "+" : "");
-    return listed;
+// The hand-over socket's name, as the program finds it.
+QString serverName() {
+    QString problem;
+    return openrequests::serverName(problem);
 }
 
 } // namespace
 
 class tst_Frame : public QObject {
     Q_OBJECT
-private slots:
-    void init() { prepareTessaryTest(); }
-    void cleanup() { stopTessary(); }
+    ScriptedDialogs dialogs_;
+    frmMain* frame_ = nullptr;
+    QTemporaryDir dir_;
+    LinkRecorder links_;
 
-    void startsWithOneBlankWindowAndTheDefaults() {
-        ScriptedDialogs dialogs; // the settings store is empty
-        frmMain* frame = startTessary(dialogs);
-        QVERIFY(frame);
-        QCOMPARE(frame->windowTitle(), QStringLiteral("Tessary - by Varnell"));
-        QCOMPARE(mdlTessary::colCogs.count(), 1);
-        frmTessary* w = cogWindow(1);
-        QCOMPARE(w->Caption(), QStringLiteral("Cog 1"));
-        QCOMPARE(w->Tag, QStringLiteral("cog1"));
-        QCOMPARE(w->strFile, QStringLiteral("blank"));
-        QVERIFY(!w->bMod);
-        QFile defaults(QStringLiteral(TESSARY_BIN_DIR "/default.cog"));
-        QVERIFY(defaults.open(QIODevice::ReadOnly));
-        QCOMPARE(textOf(w), defaults.readAll());
-        QCOMPARE(frame->cmbCog->itemText(0), QStringLiteral("Cog 1"));
-        QCOMPARE(frame->cmbCog->currentText(), QStringLiteral("Choose a Cog"));
-        QVERIFY(frame->tvwCog->isVisibleTo(frame) && !frame->tvwCogE->isVisibleTo(frame));
-        QVERIFY(!frame->mnuEdit[2]->isEnabled());
-        QVERIFY(!frame->mnuEditChkSyn->isVisible());
-        QVERIFY(!w->picMain->isVisibleTo(w) && !w->picCogParams->isVisibleTo(w));
-        QCOMPARE(mdlTessary::DefOpenDir, QStringLiteral(TESSARY_BIN_DIR));
-        QCOMPARE(mdlTessary::DefSaveDir, QStringLiteral(TESSARY_BIN_DIR));
-        QCOMPARE(mdlTessary::DefFontName, QStringLiteral("Courier New"));
-        QCOMPARE(mdlTessary::DefFontSize, qint16(8));
-        QVERIFY(!mdlTessary::DefFontBold && !mdlTessary::DefFontItalic);
-        QCOMPARE(w->txtMain->font().family(), QStringLiteral("Courier New"));
-        QCOMPARE(w->txtMain->font().pointSize(), 8);
-        QCOMPARE(mdlTessary::colVarTypes.size(), std::size_t(14));
-        QVERIFY(dialogs.messages.isEmpty());
-        // The text box holds bytes (no code page) and ends lines with CR LF.
-        QCOMPARE(w->txtMain->SendScintilla(QsciScintillaBase::SCI_GETCODEPAGE), 0L);
-        w->txtMain->setFocus();
-        w->txtMain->setSelStart(0);
-        QTest::keyClick(w->txtMain, Qt::Key_Return);
-        QVERIFY(textOf(w).startsWith("\r\n#"));
+    void start() {
+        frame_ = startTessary(dialogs_);
+        QVERIFY(frame_);
     }
-    void malformedSettingFallsBack_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<bool>("bold");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<QString>("openDir");
-        const auto row = [](const char* name, const char* key, const QVariant& stored, bool bold = false,
-                            int size = 8, const QString& openDir = QStringLiteral(TESSARY_BIN_DIR)) {
-            QTest::newRow(name) << QString(key) << stored << bold << size << openDir;
-        };
-        row("bold: maybe", "DefFontBold", "maybe");
-        row("bold: True", "DefFontBold", "True", true);
-        row("italic: empty", "DefFontItalic", "");
-        row("size: huge", "DefFontSize", "huge");
-        row("size: 10.5 rounds to even", "DefFontSize", "10.5", false, 10);
-        row("size: 70000 is out of range", "DefFontSize", "70000");
-        row("size: 0 cannot be drawn", "DefFontSize", "0");
-        row("open dir with a comma", "DefOpenDir", QStringList{"/data/a", "b"}, false, 8, "/data/a, b");
+
+private slots:
+    void initTestCase() {
+        QDesktopServices::setUrlHandler("mailto", &links_, "open");
+        QDesktopServices::setUrlHandler("https", &links_, "open");
     }
-    void malformedSettingFallsBack() {
-        QFETCH(QString, key);
-        QFETCH(QVariant, stored);
-        QFETCH(bool, bold);
-        QFETCH(int, size);
-        QFETCH(QString, openDir);
-        QSettings().setValue(QStringLiteral("Defaults/") + key, stored);
-        ScriptedDialogs dialogs;
-        QVERIFY(startTessary(dialogs));
-        QCOMPARE(mdlTessary::DefFontBold, bold);
-        QVERIFY(!mdlTessary::DefFontItalic);
-        QCOMPARE(int(mdlTessary::DefFontSize), size);
-        QCOMPARE(mdlTessary::DefOpenDir, openDir);
-        QCOMPARE(mdlTessary::colCogs.count(), 1);
-        QCOMPARE(cogWindow(1)->txtMain->font().pointSize(), size);
-        QCOMPARE(cogWindow(1)->txtMain->font().bold(), bold);
+    void cleanupTestCase() {
+        QDesktopServices::unsetUrlHandler("mailto");
+        QDesktopServices::unsetUrlHandler("https");
     }
-    void unloadWritesBothDirectories() {
-        ScriptedDialogs dialogs;
-        frmMain* frame = startTessary(dialogs);
-        mdlTessary::DefSaveDir = QStringLiteral("/srv/cogs out");
-        frame->mnuFileExit_Click();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!mdlTessary::frame());
-        QSettings settings;
-        settings.beginGroup(QStringLiteral("Defaults"));
-        // Written whether or not they changed; the font is not written here.
-        QCOMPARE(settings.childKeys(),
-                 (QStringList{QStringLiteral("DefOpenDir"), QStringLiteral("DefSaveDir")}));
-        QCOMPARE(settings.value(QStringLiteral("DefOpenDir")).toString(), QStringLiteral(TESSARY_BIN_DIR));
-        QVERIFY(startTessary(dialogs)); // the next start reads them back
-        QCOMPARE(mdlTessary::DefSaveDir, QStringLiteral("/srv/cogs out"));
+    void init() {
+        prepareTessaryTest();
+        dialogs_ = ScriptedDialogs();
     }
-    void commandLineIsOnePath_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("quoted");
-        QTest::newRow("blanks kept") << QStringLiteral("my old  cog.cog") << false;
-        QTest::newRow("quotation marks kept") << QStringLiteral("quoted.cog") << true;
+    void cleanup() {
+        session().reset();
+        stopTessary();
     }
-    void commandLineIsOnePath() {
-        QFETCH(QString, name);
-        QFETCH(bool, quoted);
-        QTemporaryDir dir;
-        const QString file = dir.filePath(name);
-        writeFile(file, "# given on the command line\r\nend\r\n");
-        const QString commandLine = quoted ? QLatin1Char('"') + file + QLatin1Char('"') : file;
-        ScriptedDialogs dialogs;
-        QVERIFY(startTessary(dialogs, commandLine));
-        QCOMPARE(mdlTessary::colCogs.count(), 1);
-        frmTessary* w = cogWindow(1);
-        QCOMPARE(w->strFile, quoted ? QStringLiteral("blank") : commandLine);
-        if (quoted) {
-            // Not a file name: the window stays, bound to no file, and the user is told which path failed.
-            QCOMPARE(dialogs.messages.size(), 1);
-            QVERIFY(dialogs.messages[0].text.contains(commandLine));
-            QCOMPARE(w->Caption(), QStringLiteral("Cog 1"));
-        } else {
-            QVERIFY(dialogs.messages.isEmpty());
-            QCOMPARE(w->Caption(), name);
-            QCOMPARE(textOf(w), QByteArray("# given on the command line\r\nend\r\n"));
-            QVERIFY(!w->bMod);
+
+    void sessions_data() { cases::listCases({{"frame", {}}}); }
+    void sessions() {
+        cases::runCase({{"frame", [](auto& input, auto& a, auto&) { return session().run(input, a); }}});
+    }
+
+    void optionsApplyOkAndCancel_data() {
+        QTest::addColumn<QString>("buttons"); // pressed in order: a Apply, o OK, c Cancel, e Esc
+        QTest::addColumn<bool>("applied");
+        QTest::newRow("Cancel without Apply") << "c" << false;
+        QTest::newRow("Esc without Apply") << "e" << false;
+        QTest::newRow("Apply, then Cancel") << "ac" << true;
+        QTest::newRow("Apply, then Esc") << "ae" << true;
+        QTest::newRow("OK") << "o" << true;
+    }
+    void optionsApplyOkAndCancel() {
+        QFETCH(QString, buttons);
+        QFETCH(bool, applied);
+        start();
+        mdlTessary::DefOpenDir = "/old/open";
+        mdlTessary::DefSaveDir = "/old/save";
+        frmOptions options(frame_);
+        options.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&options));
+        QCOMPARE(options.tbsOptions->tabText(0), QStringLiteral("Defaults"));
+        QCOMPARE(options.txtDefSaveDir->text(), QStringLiteral("/old/save"));
+        options.txtDefOpenDir->clear();
+        QTest::keyClicks(options.txtDefOpenDir, "/new/open");
+        options.txtDefSaveDir->clear(); // an empty directory is taken as it is
+        for (QChar b : buttons) {
+            if (b == 'e')
+                QTest::keyClick(options.txtDefOpenDir, Qt::Key_Escape);
+            else
+                QTest::mouseClick(b == 'a'   ? options.cmdApply
+                                  : b == 'o' ? options.cmdOK
+                                             : options.cmdCancel,
+                                  Qt::LeftButton);
+            QCOMPARE(options.isVisible(), b == 'a'); // Apply leaves the dialog open
+        }
+        QCOMPARE(mdlTessary::DefOpenDir, applied ? "/new/open" : "/old/open");
+        QCOMPARE(mdlTessary::DefSaveDir, applied ? "" : "/old/save");
+        QCOMPARE(stored("DefOpenDir"), QStringLiteral("(missing)")); // stored only when the program ends
+        options.setParent(nullptr);                                  // outlives the frame
+        stopTessary();
+        QCOMPARE(stored("DefOpenDir"), mdlTessary::DefOpenDir);
+        QCOMPARE(stored("DefSaveDir"), mdlTessary::DefSaveDir);
+    }
+    void optionsCtrlTabSelectsTheOnlyTab_data() {
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<bool>("switches");
+        QTest::newRow("Ctrl+Tab") << int(Qt::ControlModifier) << true;
+        QTest::newRow("Ctrl+Shift+Tab") << int(Qt::ControlModifier | Qt::ShiftModifier) << true;
+        QTest::newRow("Ctrl+Alt+Tab: Alt ignored") << int(Qt::ControlModifier | Qt::AltModifier) << true;
+        QTest::newRow("plain Tab moves the focus only") << int(Qt::NoModifier) << false;
+    }
+    void optionsCtrlTabSelectsTheOnlyTab() {
+        QFETCH(int, modifiers);
+        QFETCH(bool, switches);
+        start();
+        frmOptions options(frame_);
+        options.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&options));
+        const auto m = Qt::KeyboardModifiers(modifiers);
+        QTest::keyClick(options.txtDefOpenDir, m & Qt::ShiftModifier ? Qt::Key_Backtab : Qt::Key_Tab, m);
+        QCOMPARE(options.tbsOptions->currentIndex(), 0);
+        // Selecting the tab shows its page, "Author Info", in front of "Open/Save" (15 twips a pixel).
+        QCOMPARE(options.picOptions[0]->x(), (switches ? 210 : -20000) / 15);
+        QCOMPARE(options.picOptions[1]->x(), 240 / 15);
+        QWidget* front = options.childAt(options.picOptions[1]->geometry().center());
+        QCOMPARE(front == options.picOptions[0] || options.picOptions[0]->isAncestorOf(front), switches);
+    }
+    void chooserStartsAtTheFieldsDirectory() {
+        start();
+        QVERIFY(QDir(dir_.path()).mkpath("beta") && QDir(dir_.path()).mkpath("alpha"));
+        const QString base = QFileInfo(dir_.path()).canonicalFilePath();
+        frmOptions options(frame_);
+        options.txtDefSaveDir->setText(base);
+        options.txtDefOpenDir->setText(base + "/not/there");
+        frmDir chooser(&options);
+        chooser.SetDir(1);
+        QCOMPARE(chooser.txtDir->text(), base);
+        QStringList shown;
+        for (int i = 0; i < chooser.Dir1->count(); ++i) shown << chooser.Dir1->item(i)->text();
+        QCOMPARE(shown, (QStringList{"[..]", "[alpha]", "[beta]"}));
+        // The volume list holds the mounted volumes and shows the one holding the directory.
+        QVERIFY(base.startsWith(chooser.Drive1->currentText()));
+        // Opening a directory shows it and puts its path in the text box.
+        emit chooser.Dir1->itemActivated(chooser.Dir1->item(1));
+        QCOMPARE(chooser.txtDir->text(), base + "/alpha");
+        emit chooser.Dir1->itemActivated(chooser.Dir1->item(0));
+        QCOMPARE(chooser.txtDir->text(), base);
+        // Choosing a volume shows its root.
+        chooser.Drive1->setCurrentIndex(chooser.Drive1->findText(QDir::rootPath()));
+        chooser.Drive1_Change();
+        QCOMPARE(chooser.txtDir->text(), QDir::rootPath());
+        // A field naming no directory is shown as it is, the list at the nearest existing one.
+        chooser.SetDir(0);
+        QCOMPARE(chooser.txtDir->text(), base + "/not/there");
+        QCOMPARE(chooser.dir1Path(), base);
+        chooser.cmdCancel_Click();
+        QCOMPARE(options.txtDefOpenDir->text(), base + "/not/there");
+    }
+    void chooserFillsOnlyItsOwnField() {
+        start();
+        for (int field = 0; field < 3; ++field) {
+            mdlTessary::DefOpenDir = "/o";
+            mdlTessary::DefSaveDir = "/s";
+            frmOptions options(frame_);
+            frmDir chooser(&options);
+            chooser.SetDir(field);
+            chooser.txtDir->setText("/typed");
+            chooser.cmdOK_Click();
+            QStringList expected{"/o", "/s", ""};
+            expected[field] = "/typed";
+            QCOMPARE((QStringList{options.txtDefOpenDir->text(), options.txtDefSaveDir->text(),
+                                  options.txtDefExtDir->text()}),
+                     expected);
+            // Nothing is stored until Apply or OK, and the extraction directory never is.
+            QCOMPARE(mdlTessary::DefOpenDir, QStringLiteral("/o"));
+            options.cmdOK_Click();
+            QCOMPARE((QStringList{mdlTessary::DefOpenDir, mdlTessary::DefSaveDir}), expected.mid(0, 2));
         }
     }
-    void menuItems_data() {
-        QTest::addColumn<QStringList>("items"); // "caption" or "caption=shortcut", in menu order
-        QTest::newRow("&File") << QStringList{"&New=Ctrl+N",   "&Open=Ctrl+O",  "Open &Template",
-                                              "&Close",        "&Save=Ctrl+S",  "Save &As=F11",
-                                              "Save Al&l=F12", "&Print=Ctrl+P", "E&xit"};
-        QTest::newRow("&Edit") << QStringList{"Match &Brace=Ctrl+B", "&Find Word=Ctrl+F", "Find &Next=F3",
-                                              "&Replace=Ctrl+R",     "Replace &All",      "Check &Syntax=F2"};
-        QTest::newRow("&Tree") << QStringList{"&Collapse All", "&Expand All", "&Find=F7", "Find &Next=F8"};
-        QTest::newRow("&View") << QStringList{"&Fonts", "&Options", "&Refresh Tree=F5"};
-        QTest::newRow("&Window") << QStringList{"&Cascade", "Tile &Horizontal", "Tile &Vertical",
-                                                "&Arrange Icons"};
-        QTest::newRow("&Help") << QStringList{"&About"};
-    }
-    void menuItems() {
-        QFETCH(QStringList, items);
-        ScriptedDialogs dialogs;
-        frmMain* frame = startTessary(dialogs);
-        for (const QString& entry : items) {
-            QAction* item =
-                menuItem(frame, QString::fromLatin1(QTest::currentDataTag()), entry.section('=', 0, 0));
-            QVERIFY2(item, qPrintable(entry));
-            QCOMPARE(item->shortcut(), QKeySequence::fromString(entry.section('=', 1)));
+    void aboutOpensItsLinksAndClosesOnAClickOutside() {
+        start();
+        frmAbout about(frame_);
+        about.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&about));
+        links_.opened.clear();
+        for (QLabel* label : {about.lblEmail, about.lblWebsite}) {
+            QCOMPARE(label->cursor().shape(), Qt::PointingHandCursor);
+            QCOMPARE(label->width(), label->sizeHint().width()); // only its text reacts
+            QTest::mouseClick(label, Qt::LeftButton);
         }
+        QCOMPARE(links_.opened.size(), 2);
+        QCOMPARE(links_.opened[0].toString(QUrl::FullyDecoded),
+                 "mailto:" + about.lblEmail->text() + "?subject=Tessary v0.2.0b");
+        QVERIFY(about.lblWebsite->text().startsWith("https://"));
+        QCOMPARE(links_.opened[1], QUrl(about.lblWebsite->text()));
+        // Clicks on its texts leave the box open; a click outside its controls closes it.
+        QTest::mouseClick(about.lblAbout, Qt::LeftButton);
+        QTest::mouseClick(about.lblVersion, Qt::LeftButton);
+        const QPoint beside(about.lblEmail->geometry().right() + 12, about.lblEmail->geometry().center().y());
+        QVERIFY(about.isVisible() && beside.x() < about.width() && !about.childAt(beside));
+        QTest::mouseClick(&about, Qt::LeftButton, {}, beside);
+        QVERIFY(!about.isVisible());
+        QCOMPARE(links_.opened.size(), 2);
     }
-    void menuShortcutsWorkFromTheEditor() {
-        ScriptedDialogs dialogs;
-        frmMain* frame = startTessary(dialogs);
-        QVERIFY(QTest::qWaitForWindowActive(frame));
-        frmTessary* w = cogWindow(1);
-        w->txtMain->setFocus();
-        QTest::keyClick(w->txtMain, Qt::Key_N, Qt::ControlModifier);
-        QCOMPARE(mdlTessary::colCogs.count(), 2);
-        QCOMPARE(textOf(w), textOf(cogWindow(2))); // the editor did not take the key
-        // The hidden Check Syntax item does not react to F2.
-        QSignalSpy hidden(frame->mnuEditChkSyn, &QAction::triggered);
-        cogWindow(2)->txtMain->setFocus();
-        QTest::keyClick(cogWindow(2)->txtMain, Qt::Key_F2);
-        QCOMPARE(hidden.count(), 0);
+
+    // The running program is this test's frame, listening as the program does; the second start
+    // is the real program. The frame first shows the path (the scripted box answers OK), then opens it.
+    void secondStartHandsThePathOver_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<bool>("relative");
+        QTest::newRow("one argument with blanks") << QStringList{"my old cog.cog"} << false;
+        QTest::newRow("blanks between arguments kept") << QStringList{"my", "old", "cog.cog"} << false;
+        QTest::newRow("relative to the second start") << QStringList{"my old cog.cog"} << true;
     }
-    void numberingAfterClosingAMiddleWindow_data() {
-        QTest::addColumn<QStringList>("closed");
-        QTest::addColumn<QString>("newTag");
-        QTest::newRow("newest closed: its number again") << QStringList{"cog4"} << QStringLiteral("cog4");
-        QTest::newRow("middle closed: past the taken number")
-            << QStringList{"cog2"} << QStringLiteral("cog5");
-        QTest::newRow("first closed") << QStringList{"cog1"} << QStringLiteral("cog5");
-        QTest::newRow("two middle ones closed") << QStringList{"cog2", "cog3"} << QStringLiteral("cog3");
+    void secondStartHandsThePathOver() {
+        QFETCH(QStringList, args);
+        QFETCH(bool, relative);
+        const QString file = dir_.filePath(QStringLiteral("my old cog.cog"));
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::WriteOnly) && f.write("symbols\r\nend\r\n") > 0);
+        f.close();
+        start();
+        QVERIFY(frame_->listenForExecuteRequests(serverName()));
+        if (!relative) args.first().prepend(dir_.path() + '/');
+        QVERIFY(secondStart(args, relative ? dir_.path() : QString()));
+        QTRY_COMPARE_WITH_TIMEOUT(mdlTessary::colCogs.count(), 2, 15000);
+        QCOMPARE(dialogs_.texts(), QStringList{file});
+        QCOMPARE(dialogs_.messages[0].windows, 1);
+        QCOMPARE(cogWindow(2)->strFile, file);
+        QCOMPARE(textOf(cogWindow(2)), QByteArray("symbols\r\nend\r\n"));
     }
-    void numberingAfterClosingAMiddleWindow() {
-        QFETCH(QStringList, closed);
-        QFETCH(QString, newTag);
-        ScriptedDialogs dialogs;
-        frmMain* frame = startTessary(dialogs);
-        for (int i = 0; i < 3; ++i) frame->mnuFileNew_Click();
-        for (const QString& tag : closed) {
-            mdlTessary::strCurCog = tag;
-            frame->mnuFileClose_Click();
-        }
-        frame->mnuFileNew_Click();
-        const int count = 5 - int(closed.size());
-        QCOMPARE(mdlTessary::colCogs.count(), count);
-        QCOMPARE(mdlTessary::strCurCog, newTag);
-        QStringList tags;
-        for (int i = 1; i <= count; ++i) tags << cogWindow(i)->Tag;
-        QCOMPARE(tags.last(), newTag);
-        tags.removeDuplicates();
-        QCOMPARE(tags.size(), count);
-        QCOMPARE(frame->cmbCog->count(), count);
-        QCOMPARE(cogWindow(count)->Caption(), QStringLiteral("Cog ") + newTag.mid(3));
+
+    // A program that was killed leaves its socket behind; the next one takes it over. The killed
+    // one is the real program, watched through what it logs: it shows no box at start.
+    void socketLeftByAKilledProgramIsTakenOver() {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("tessary.ui.info=true"));
+        QProcess first;
+        first.setProcessEnvironment(env);
+        first.start(QStringLiteral(TESSARY_BIN_DIR "/tessary"), {});
+        QLocalSocket probe;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                probe.connectToServer(serverName());
+                return probe.waitForConnected(100) || first.state() == QProcess::NotRunning;
+            },
+            30000));
+        first.kill();
+        QVERIFY(first.waitForFinished(5000));
+        QVERIFY2(first.readAllStandardError().contains("windows: Cog 1"), "the first start did not start");
+        QVERIFY(QFileInfo::exists(serverName())); // left behind
+        start();
+        QVERIFY2(frame_->listenForExecuteRequests(serverName()), "the socket was not taken over");
+        const QString none = dir_.filePath(QStringLiteral("none.cog"));
+        QVERIFY(secondStart({none}));
+        QTRY_COMPARE_WITH_TIMEOUT(dialogs_.texts().value(0), none, 15000);
     }
-    void droppedFilesOpenOnlyTheFirst() {
-        QTemporaryDir dir;
-        QList<QUrl> urls;
-        for (const char* name : {"first.cog", "second.cog", "third.cog"}) {
-            writeFile(dir.filePath(name), name);
-            urls << QUrl::fromLocalFile(dir.filePath(name));
-        }
-        ScriptedDialogs dialogs;
-        frmMain* frame = startTessary(dialogs);
-        QMimeData data;
-        data.setUrls(urls);
-        // Dragged over the editor or the frame, the files reach the frame, which opens them on the drop.
-        const QPointF at(frame->width() / 2, frame->height() / 2);
-        for (QWidget* target : {cogWindow(1)->txtMain->viewport(), static_cast<QWidget*>(frame)}) {
-            QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(target, &enter);
-            QVERIFY(enter.isAccepted());
-        }
-        QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(frame, &drop);
-        QTRY_COMPARE(mdlTessary::colCogs.count(), 2);
-        QTest::qWait(50);
-        QCOMPARE(mdlTessary::colCogs.count(), 2);
-        QCOMPARE(cogWindow(2)->Caption(), QStringLiteral("first.cog"));
-        QCOMPARE(textOf(cogWindow(2)), QByteArray("first.cog"));
-    }
-    void windowMenuListsTheWindows() {
-        ScriptedDialogs dialogs;
-        frmMain* frame = startTessary(dialogs);
-        frame->mnuFileNew_Click();
-        frame->mnuFileNew_Click();
-        QCOMPARE(windowList(frame), (QStringList{"&1 Cog 1", "&2 Cog 2", "&3 Cog 3+"}));
-        for (QAction* a : frame->mnuWindow->actions())
-            if (a->text() == QLatin1String("&2 Cog 2")) a->trigger();
-        QCOMPARE(mdlTessary::strCurCog, QStringLiteral("cog2"));
-        frame->mnuFileClose_Click(); // closing a window takes it off the list
-        QCOMPARE(windowList(frame).size(), 2);
-        QVERIFY(!windowList(frame).join(' ').contains(QStringLiteral("Cog 2")));
+
+    // An installed Tessary, under any prefix, finds its data files: it starts with one blank
+    // window and shows no message (a missing reference would be one).
+    void installedProgramFindsItsData() {
+        const QString cmake = QStandardPaths::findExecutable(QStringLiteral("cmake"));
+        if (cmake.isEmpty()) QSKIP("cmake is not on the PATH");
+        QTemporaryDir prefix;
+        QProcess install;
+        install.setProcessChannelMode(QProcess::MergedChannels);
+        install.start(cmake, {"--install", TESSARY_BIN_DIR "/..", "--prefix", prefix.path()});
+        QVERIFY(install.waitForFinished(120000));
+        QVERIFY2(install.exitCode() == 0, install.readAll().constData());
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("QT_LOGGING_RULES", "tessary.ui.info=true");
+        env.insert("QT_MESSAGE_PATTERN", "%{category}: %{message}");
+        QProcess tessary;
+        tessary.setProcessEnvironment(env);
+        tessary.setWorkingDirectory(dir_.path()); // nowhere near the build tree
+        tessary.start(prefix.filePath(QStringLiteral("bin/tessary")), {});
+        QString logged;
+        QTRY_VERIFY_WITH_TIMEOUT((logged += tessary.readAllStandardError()).contains("windows: Cog 1") ||
+                                     tessary.state() == QProcess::NotRunning,
+                                 30000);
+        tessary.kill();
+        tessary.waitForFinished(5000);
+        QCOMPARE(logged.split('\n').filter("tessary.ui: "), QStringList{"tessary.ui: windows: Cog 1"});
     }
 };
 
