@@ -5,6 +5,7 @@
 #include <QMainWindow>
 
 #include <QByteArray>
+#include <QPointer>
 
 #include <array>
 #include <optional>
@@ -15,6 +16,7 @@ class KeyedTreeView;
 class QAction;
 class QCheckBox;
 class QComboBox;
+class QDockWidget;
 class QGroupBox;
 class QLineEdit;
 class QLocalServer;
@@ -22,6 +24,8 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
 class frmTessary;
 
 class frmMain : public QMainWindow {
@@ -72,6 +76,11 @@ public:
     std::array<QAction*, 1> mnuHelp{};
 
     FrameStatusBar* sbrMain;
+
+    // The docks below the editors: the current window's diagnostics, and the usages last found.
+    QDockWidget* dckProblems;
+    QTreeWidget* lvwProblems;
+    QAction* mnuViewProblems; // shows and hides the Problems dock
 
     // State of the trees.
     std::optional<std::string> nLC;  // key of the current reference node
@@ -159,6 +168,13 @@ private:
     // The status bar, Go to Line, line ends, tabbed windows and the second shortcuts.
     void addConveniences();
     void setTabbedWindows(bool tabbed);
+    // The Problems dock and the language commands of the Edit menu (languageCommands.cpp).
+    void addLanguagePanels();
+    // Shows the diagnostics of the window in the Problems dock and the status bar, now and after
+    // each new analysis of its text; nullptr shows none.
+    void followLanguage(frmTessary* w);
+    void showProblems();
+    void lvwProblems_Click(QTreeWidgetItem* item);
     // Listens to a new editor window: files dropped on its text, characters it refused.
     void followEditor(frmTessary* w);
     void fillWindowMenu();
@@ -166,4 +182,6 @@ private:
 
     QLocalServer* server_ = nullptr;
     QList<QAction*> windowListActions_;
+    QPointer<frmTessary> languageWindow_; // the window whose diagnostics are shown
+    QList<QMetaObject::Connection> languageConnections_;
 };

@@ -1,15 +1,25 @@
-// What every code editor shows besides the text: COG colouring, line numbers, the current line
-// and the brace pair at the caret. Installed once on each editor window's text box.
+// What every code editor shows besides the text: COG colouring, line numbers, the current line,
+// the brace pair at the caret, and what the COG language tells of the text. Installed once on each
+// editor window's text box.
 #pragma once
 
 class CogTextBox;
+class DiagnosticMarks;
 class QFont;
+class ScriptAnalysis;
 
 namespace editorfeatures {
 
+// The language features of one text box, each a small object owned by it.
+struct Features {
+    ScriptAnalysis* analysis = nullptr; // shared by the others
+    DiagnosticMarks* diagnostics = nullptr;
+};
+
 // Gives the text box its COG lexer, a line-number margin that grows with the line count, the
-// current-line highlight and the highlight of the brace pair at the caret.
-void install(CogTextBox* box);
+// current-line highlight, the highlight of the brace pair at the caret, and the language
+// features: the diagnostics drawn on the text.
+Features install(CogTextBox* box);
 
 // The editor font for the text, every colouring style and the line-number margin.
 void applyFont(CogTextBox* box, const QFont& font);

@@ -1,0 +1,44 @@
+// The language's view of one editor's text, shared by the features that read it (diagnostics,
+// completion, hover, definition, usages, rename): one analysis a pause in typing, reused by all of
+// them until the next edit.
+#pragma once
+
+#include "language/analyse.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <string>
+
+class CogTextBox;
+
+class ScriptAnalysis : public QObject {
+    Q_OBJECT
+public:
+    explicit ScriptAnalysis(CogTextBox* box);
+
+    // The analysis of the text as it is now: the one made when typing last paused if no edit
+    // came since, else a new one (made here, at once).
+    const language::Analysis& current();
+    // The text that current() analysed; its spans index it.
+    const std::string& text() const { return text_; }
+    // True while no edit came since the last analysis.
+    bool isCurrent() const { return !stale_; }
+
+    // The engine's verbs (verbs.dat beside the program), read once; empty when the file is missing,
+    // and then only lexical and syntax errors are reported.
+    static const language::VerbTable& verbs();
+
+signals:
+    // A new analysis of the text: after typing paused, after a file was read, or on demand.
+    void analysed();
+
+private:
+    void edited();
+
+    CogTextBox* box_;
+    QTimer pause_;
+    std::string text_;
+    language::Analysis analysis_;
+    bool stale_ = true;
+};
