@@ -1,6 +1,7 @@
 // Tessary: an editor for COG script files.
 #include "app/startup.h"
 #include "app/ui/KeyedTreeView.h"
+#include "app/ui/OpenRequestServer.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 
@@ -8,30 +9,10 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
-#include <QLocalSocket>
 #include <QPixmap>
 #include <QTimer>
 
 #include <cstdio>
-
-namespace {
-
-// Hands the path to a running Tessary; true when one took it. A relative path is made absolute
-// here, where it was typed: the running program may have another working directory.
-bool handOver(const QString& commandLine) {
-    QLocalSocket socket;
-    socket.connectToServer(frmMain::executeServerName());
-    if (!socket.waitForConnected(1000)) return false;
-    const QString path =
-        QDir::isRelativePath(commandLine) ? QDir::current().absoluteFilePath(commandLine) : commandLine;
-    socket.write(frmMain::encodeExecuteRequest(path));
-    if (!socket.waitForBytesWritten(2000)) return false;
-    while (!socket.canReadLine())
-        if (!socket.waitForReadyRead(5000)) return false;
-    return socket.readLine() == "ok\n";
-}
-
-} // namespace
 
 int main(int argc, char* argv[]) {
     // --help and --version are answered before any window system is needed.
@@ -55,11 +36,22 @@ int main(int argc, char* argv[]) {
 
     // The whole command line is one path: blanks are kept, quotation marks too.
     const QString commandLine = QApplication::arguments().mid(1).join(QLatin1Char(' '));
-    if (!commandLine.isEmpty() && handOver(commandLine)) return 0;
+    // A running Tessary takes the path instead. A relative path is made absolute here, where it
+    // was typed: the running program may have another working directory.
+    QString problem;
+    const QString serverName = openrequests::serverName(problem);
+    if (serverName.isEmpty())
+        std::fprintf(stderr, "Tessary: %s; no file is handed over between running Tessary programs\n",
+                     qUtf8Printable(problem));
+    else if (!commandLine.isEmpty() &&
+             openrequests::handOver(serverName, QDir::isRelativePath(commandLine)
+                                                    ? QDir::current().absoluteFilePath(commandLine)
+                                                    : commandLine))
+        return 0;
 
     frmMain* frame = mdlTessary::Main(commandLine);
     if (!frame) return 0;
-    frame->listenForExecuteRequests();
+    if (!serverName.isEmpty()) frame->listenForExecuteRequests(serverName);
 
     // TESSARY_SCREENSHOT=FILE saves a picture of the frame once it is shown, then ends the
     // program without touching the settings (used to make the picture in the README).

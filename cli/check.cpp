@@ -68,11 +68,9 @@ int runCheck(const Args& args) {
     return forEachFile(parsed.files, [&](const std::string& file, const std::string& text) {
         const auto findings = cog::checkCog(text, caret);
         if (parsed.json) {
-            std::cout << "{\"file\": " << jsonString(file) << ", \"findings\": [";
-            for (std::size_t i = 0; i < findings.size(); ++i)
-                std::cout << (i ? ", " : "") << "{\"text\": " << jsonString(findings[i].text)
-                          << ", \"caret\": " << findings[i].caret << "}";
-            std::cout << "]}\n";
+            Json list = Json::array();
+            for (const auto& f : findings) list.push_back({{"text", jsonText(f.text)}, {"caret", f.caret}});
+            std::cout << writeJson({{"file", jsonText(file)}, {"findings", list}}) << "\n";
         } else {
             for (const auto& f : findings)
                 std::cout << location(file, text, f.caret) << ": " << f.text << "\n";

@@ -2,6 +2,8 @@
 // process exit status: 0 all well, 1 findings or skipped lines, 2 usage error or unreadable file.
 #pragma once
 
+#include "language/verbs.h"
+
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -12,11 +14,15 @@ namespace cli {
 
 using Args = std::vector<std::string>;
 
+// Runs the command named by the first word with the words after it; the exit status.
+int run(const Args& words);
+
 int runOutline(const Args& args);
 int runCheck(const Args& args);
 int runReference(const Args& args);
 int runGenerate(const Args& args);
 int runLint(const Args& args);
+int runLsp(const Args& args);
 
 // The arguments of a command that reads files: --json, --help (or -h), "--" ending the options,
 // and the files.
@@ -36,6 +42,14 @@ std::optional<int> parseFileArgs(const Args& args, const char* name, const char*
 bool readFile(const std::string& path, std::string& bytes);
 // The same, the message returned instead (empty when the file was read).
 std::string readFileOrSayWhy(const std::string& path, std::string& bytes);
+
+// Reads a data file (verbs.dat, cogref.dat) from beside the program or from its installed data
+// folder; false when neither has it. path: where it was read.
+bool readDataFile(const std::string& name, std::string& bytes, std::string& path);
+
+// The verb table verbs.dat; false (said on stderr) when there is none. Skipped lines are
+// reported on stderr.
+bool loadVerbs(language::VerbTable& verbs);
 
 // Reads each file in turn and hands its bytes to report, which returns false when the file has
 // findings. The exit status: 2 when a file cannot be read (the others are still reported), else 1

@@ -1,57 +1,70 @@
 #include "cli/json.h"
 
-#include <cstdio>
 #include <functional>
 
 namespace cli {
 
-std::string jsonString(std::string_view bytes) {
-    std::string out = "\"";
+std::string jsonText(std::string_view bytes) {
+    std::string out;
+    out.reserve(bytes.size());
     for (const char ch : bytes) {
         const auto c = static_cast<unsigned char>(ch);
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20 || c == 0x7F) {
-                char buf[8];
-                std::snprintf(buf, sizeof buf, "\\u%04x", c);
-                out += buf;
-            } else if (c >= 0x80) { // Latin-1 byte as its UTF-8 character
-                out += static_cast<char>(0xC0 | (c >> 6));
-                out += static_cast<char>(0x80 | (c & 0x3F));
-            } else {
-                out += ch;
-            }
+        if (c < 0x80) {
+            out += ch;
+        } else { // the character U+0080-U+00FF in UTF-8
+            out += static_cast<char>(0xC0 | (c >> 6));
+            out += static_cast<char>(0x80 | (c & 0x3F));
         }
     }
-    return out + "\"";
+    return out;
 }
 
-std::string jsonNodes(const cog::KeyedTree& tree) {
-    std::string out = "[";
-    bool first = true;
-    for (const auto& node : tree.nodes()) {
-        if (!first) out += ", ";
-        first = false;
-        out += "{\"key\": " + jsonString(node.key) + ", \"text\": " + jsonString(node.text) +
-               ", \"tag\": " + jsonString(node.tag) +
-               ", \"parent\": " + (node.hasParent ? jsonString(node.parentKey) : std::string("null")) + "}";
+namespace {
+
+void write(const Json& value, std::string& out) {
+    if (value.is_object()) {
+        out += '{';
+        const char* separator = "";
+        for (const auto& [key, item] : value.items()) {
+            out += separator + Json(key).dump() + ": ";
+            write(item, out);
+            separator = ", ";
+        }
+        out += '}';
+    } else if (value.is_array()) {
+        out += '[';
+        const char* separator = "";
+        for (const Json& item : value) {
+            out += separator;
+            write(item, out);
+            separator = ", ";
+        }
+        out += ']';
+    } else {
+        out += value.dump();
     }
-    return out + "]";
+}
+
+} // namespace
+
+std::string writeJson(const Json& value) {
+    std::string out;
+    write(value, out);
+    return out;
+}
+
+std::string jsonString(std::string_view bytes) {
+    return Json(jsonText(bytes)).dump();
+}
+
+Json jsonNodes(const cog::KeyedTree& tree) {
+    Json nodes = Json::array();
+    for (const auto& node : tree.nodes())
+        nodes.push_back({{"key", jsonText(node.key)},
+                         {"text", jsonText(node.text)},
+                         {"tag", jsonText(node.tag)},
+                         {"parent", node.hasParent ? Json(jsonText(node.parentKey)) : Json(nullptr)}});
+    return nodes;
 }
 
 std::string plainTree(const cog::KeyedTree& tree) {

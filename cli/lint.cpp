@@ -73,42 +73,34 @@ bool expandPaths(const std::vector<std::string>& paths, std::vector<std::string>
 }
 
 // The verb table beside the program, or in the data folder of an installed one.
-bool loadVerbs(language::VerbTable& verbs) {
-    std::error_code ec;
-    const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-    const std::filesystem::path dir = ec ? std::filesystem::path(".") : exe.parent_path();
-    for (const std::filesystem::path& candidate :
-         {dir / "verbs.dat", dir / TESSARY_DATA_DIR_FROM_BIN / "verbs.dat"}) {
-        std::string bytes;
-        if (!std::filesystem::is_regular_file(candidate, ec) || !readFile(candidate.string(), bytes))
-            continue;
-        std::vector<language::VerbTableWarning> warnings;
-        verbs = language::VerbTable::read(bytes, &warnings);
-        for (const auto& w : warnings)
-            std::cerr << "tessary-cli: " << candidate.string() << ":" << w.line << ": skipped: " << w.reason
-                      << "\n";
-        return true;
-    }
-    std::cerr << "tessary-cli: cannot find the verb table verbs.dat beside the program\n";
-    return false;
-}
 
 std::string jsonDiagnostics(const std::string& file, const std::vector<language::Diagnostic>& diagnostics) {
-    std::string out = "{\"file\": " + jsonString(file) + ", \"diagnostics\": [";
-    for (std::size_t i = 0; i < diagnostics.size(); ++i) {
-        const language::Diagnostic& d = diagnostics[i];
-        if (i) out += ", ";
-        out += "{\"line\": " + std::to_string(d.span.begin.line) +
-               ", \"column\": " + std::to_string(d.span.begin.column) +
-               ", \"endLine\": " + std::to_string(d.span.end.line) +
-               ", \"endColumn\": " + std::to_string(d.span.end.column) + ", \"severity\": \"" +
-               language::severityName(d.severity) + "\", \"code\": " + jsonString(d.code) +
-               ", \"text\": " + jsonString(d.text) + "}";
-    }
-    return out + "]}\n";
+    Json list = Json::array();
+    for (const language::Diagnostic& d : diagnostics)
+        list.push_back({{"line", d.span.begin.line},
+                        {"column", d.span.begin.column},
+                        {"endLine", d.span.end.line},
+                        {"endColumn", d.span.end.column},
+                        {"severity", language::severityName(d.severity)},
+                        {"code", d.code},
+                        {"text", jsonText(d.text)}});
+    return writeJson({{"file", jsonText(file)}, {"diagnostics", list}}) + "\n";
 }
 
 } // namespace
+
+bool loadVerbs(language::VerbTable& verbs) {
+    std::string bytes, path;
+    if (!readDataFile("verbs.dat", bytes, path)) {
+        std::cerr << "tessary-cli: cannot find the verb table verbs.dat beside the program\n";
+        return false;
+    }
+    std::vector<language::VerbTableWarning> warnings;
+    verbs = language::VerbTable::read(bytes, &warnings);
+    for (const auto& w : warnings)
+        std::cerr << "tessary-cli: " << path << ":" << w.line << ": skipped: " << w.reason << "\n";
+    return true;
+}
 
 int runLint(const Args& args) {
     bool werror = false;

@@ -36,16 +36,16 @@ const char* const kOutlineHelp =
 
 const char* const kOutlineUsage = "Usage: tessary-cli outline [--json] FILE...  (--help for more)\n";
 
-std::string stopJson(const cog::ExplorerResult& result) {
+Json stopJson(const cog::ExplorerResult& result) {
     switch (result.stop) {
     case cog::ExplorerResult::Stop::None:
-        return "null";
+        return nullptr;
     case cog::ExplorerResult::Stop::DuplicateKey:
-        return "{\"reason\": \"duplicate\", \"key\": " + jsonString(result.offendingKey) + "}";
+        return {{"reason", "duplicate"}, {"key", jsonText(result.offendingKey)}};
     case cog::ExplorerResult::Stop::Failure:
         break;
     }
-    return "{\"reason\": \"failure\"}";
+    return {{"reason", "failure"}};
 }
 
 void reportStop(const std::string& file, std::string_view text, const cog::ExplorerResult& result) {
@@ -69,8 +69,10 @@ int runOutline(const Args& args) {
         const std::string caption = std::filesystem::path(file).filename().string();
         const cog::ExplorerResult result = cog::buildExplorer(text, caption, cog::symbolTypes());
         if (parsed.json) {
-            std::cout << "{\"file\": " << jsonString(file) << ", \"nodes\": " << jsonNodes(result.tree)
-                      << ", \"stop\": " << stopJson(result) << "}\n";
+            std::cout << writeJson({{"file", jsonText(file)},
+                                    {"nodes", jsonNodes(result.tree)},
+                                    {"stop", stopJson(result)}})
+                      << "\n";
         } else {
             std::cout << plainTree(result.tree);
             std::cout.flush();

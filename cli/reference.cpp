@@ -47,7 +47,7 @@ int runReference(const Args& args) {
     if (!readFile(file, bytes)) return 2;
     const reference::CogRef ref = reference::readCogRef(bytes);
     if (json)
-        std::cout << "{\"file\": " << jsonString(file) << ", \"nodes\": " << jsonNodes(ref.tree) << "}\n";
+        std::cout << writeJson({{"file", jsonText(file)}, {"nodes", jsonNodes(ref.tree)}}) << "\n";
     else
         std::cout << plainTree(ref.tree);
     for (const auto& warning : ref.warnings)

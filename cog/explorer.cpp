@@ -31,17 +31,12 @@ private:
 // the folded bytes before each with the labels of each length, finds them all.
 std::vector<Pos> firstOccurrences(std::string_view text, const std::vector<std::string>& labels) {
     std::vector<Pos> first(labels.size(), 0);
-    auto folded = [](std::string_view s) {
-        std::string f(s);
-        for (char& c : f) c = static_cast<char>(foldCase(static_cast<unsigned char>(c)));
-        return f;
-    };
     // length -> folded label -> the indexes of the labels still looked for
     std::map<std::size_t, std::unordered_map<std::string, std::vector<std::size_t>>> wanted;
     std::size_t open = 0;
     for (std::size_t i = 0; i < labels.size(); ++i) {
         if (labels[i].empty() || labels[i].back() != ':') continue; // not a label; never the case
-        wanted[labels[i].size()][folded(labels[i])].push_back(i);
+        wanted[labels[i].size()][foldedText(labels[i])].push_back(i);
         ++open;
     }
     for (std::size_t colon = text.find(':'); open > 0 && colon != std::string_view::npos;
@@ -50,7 +45,7 @@ std::vector<Pos> firstOccurrences(std::string_view text, const std::vector<std::
             const std::size_t length = group->first;
             if (length > colon + 1) break; // the map is ordered by length
             const std::size_t start = colon + 1 - length;
-            const auto hit = group->second.find(folded(text.substr(start, length)));
+            const auto hit = group->second.find(foldedText(text.substr(start, length)));
             if (hit != group->second.end()) {
                 for (const std::size_t i : hit->second) first[i] = static_cast<Pos>(start) + 1;
                 open -= hit->second.size();

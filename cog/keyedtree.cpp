@@ -6,9 +6,13 @@ namespace cog {
 
 KeyedTree::AddResult KeyedTree::add(std::optional<std::string_view> parent, std::string key, std::string text,
                                     std::string tag) {
-    if (parent && !contains(*parent)) return AddResult::NoSuchParent;
-    auto [it, inserted] = byKey_.try_emplace(std::move(key), nodes_.size());
+    const std::size_t parentSlot = parent ? indexOf(*parent) : 0; // 1-based here
+    if (parent && parentSlot == 0) return AddResult::NoSuchParent;
+    const std::size_t slot = nodes_.size();
+    auto [it, inserted] = byKey_.try_emplace(std::move(key), slot);
     if (!inserted) return AddResult::DuplicateKey;
+    (parent ? children_[parentSlot - 1] : topLevel_).push_back(slot);
+    children_.emplace_back();
     Node node;
     node.key = it->first;
     node.text = std::move(text);
@@ -48,11 +52,19 @@ bool KeyedTree::remove(std::string_view keyView) {
 void KeyedTree::clear() {
     nodes_.clear();
     byKey_.clear();
+    children_.clear();
+    topLevel_.clear();
 }
 
 void KeyedTree::reindex() {
     byKey_.clear();
-    for (std::size_t i = 0; i < nodes_.size(); ++i) byKey_.emplace(nodes_[i].key, i);
+    children_.assign(nodes_.size(), {});
+    topLevel_.clear();
+    for (std::size_t i = 0; i < nodes_.size(); ++i) {
+        byKey_.emplace(nodes_[i].key, i);
+        // A parent always comes before its children.
+        (nodes_[i].hasParent ? children_[byKey_.at(nodes_[i].parentKey)] : topLevel_).push_back(i);
+    }
 }
 
 std::size_t KeyedTree::indexOf(std::string_view key) const {
@@ -70,17 +82,21 @@ KeyedTree::Node* KeyedTree::find(std::string_view key) {
     return i ? &nodes_[i - 1] : nullptr;
 }
 
+const std::vector<std::size_t>* KeyedTree::childSlots(std::optional<std::string_view> key) const {
+    if (!key) return &topLevel_;
+    const std::size_t i = indexOf(*key);
+    return i ? &children_[i - 1] : nullptr;
+}
+
 std::size_t KeyedTree::childCount(std::string_view key) const {
-    return static_cast<std::size_t>(std::count_if(
-        nodes_.begin(), nodes_.end(), [&](const Node& n) { return n.hasParent && n.parentKey == key; }));
+    const auto* slots = childSlots(key);
+    return slots ? slots->size() : 0;
 }
 
 std::vector<std::size_t> KeyedTree::childrenOf(std::optional<std::string_view> key) const {
     std::vector<std::size_t> result;
-    for (std::size_t i = 0; i < nodes_.size(); ++i) {
-        const Node& n = nodes_[i];
-        if (key ? (n.hasParent && n.parentKey == *key) : !n.hasParent) result.push_back(i + 1);
-    }
+    if (const auto* slots = childSlots(key))
+        for (const std::size_t slot : *slots) result.push_back(slot + 1);
     return result;
 }
 

@@ -45,16 +45,23 @@ public:
     const Node* find(std::string_view key) const;
     Node* find(std::string_view key);
 
+    // A node's children (or, for no key, the top-level nodes) in creation order, as 1-based
+    // indexes; kept as the nodes are added, so asking costs nothing but the answer.
     std::size_t childCount(std::string_view key) const;
-    std::vector<std::size_t> childrenOf(std::optional<std::string_view> key) const; // 1-based indexes
+    std::vector<std::size_t> childrenOf(std::optional<std::string_view> key) const;
 
     const std::vector<Node>& nodes() const { return nodes_; }
 
 private:
     void reindex();
 
+    // The 0-based slots of the children of no key (top level), or of the node keyed key.
+    const std::vector<std::size_t>* childSlots(std::optional<std::string_view> key) const;
+
     std::vector<Node> nodes_;
     std::unordered_map<std::string, std::size_t> byKey_; // key -> 0-based slot in nodes_
+    std::vector<std::vector<std::size_t>> children_;     // slot -> its children's slots
+    std::vector<std::size_t> topLevel_;                  // the slots of the top-level nodes
 };
 
 } // namespace cog

@@ -42,10 +42,37 @@ bool equalAt(const char* a, std::string_view b, Mode mode) {
     return true;
 }
 
+// The first byte in [from, end) that is first or other; null when there is none. The range is
+// searched in growing chunks, so that the work stays in proportion to the distance to the byte
+// found even when one of the two never occurs: a search for "return;" in a text that has no "R"
+// must not look through the whole rest of the text each time.
+const char* nextCandidate(const char* from, const char* end, unsigned char first, unsigned char other) {
+    for (std::size_t chunk = 256; from < end; chunk = std::min<std::size_t>(chunk * 2, 1 << 16)) {
+        const char* const stop = from + std::min<std::size_t>(chunk, static_cast<std::size_t>(end - from));
+        const auto* hit =
+            static_cast<const char*>(std::memchr(from, first, static_cast<std::size_t>(stop - from)));
+        if (other != first) {
+            const char* const limit = hit ? hit : stop;
+            if (const auto* earlier = static_cast<const char*>(
+                    std::memchr(from, other, static_cast<std::size_t>(limit - from))))
+                hit = earlier;
+        }
+        if (hit) return hit;
+        from = stop;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 unsigned char foldCase(unsigned char c) {
     return kFold[c];
+}
+
+std::string foldedText(std::string_view s) {
+    std::string folded(s);
+    for (char& c : folded) c = static_cast<char>(kFold[static_cast<unsigned char>(c)]);
+    return folded;
 }
 
 bool equalText(std::string_view a, std::string_view b) {
@@ -63,27 +90,13 @@ Pos find(Pos start, std::string_view hay, std::string_view needle, Mode mode) {
     const auto n = static_cast<Pos>(needle.size());
     if (start - 1 + n > size) return 0;
     const char* const base = hay.data();
-    const char* p = base + (start - 1);
-    const char* const last = base + (size - n); // last place a match can begin
+    const char* const end = base + (size - n) + 1; // one past the last place a match can begin
     const auto first = static_cast<unsigned char>(needle[0]);
     const unsigned char other = mode == Mode::Text ? kPartner[first] : first;
-    auto scan = [last](const char* from, unsigned char byte) -> const char* {
-        if (from > last) return nullptr;
-        return static_cast<const char*>(std::memchr(from, byte, static_cast<std::size_t>(last - from + 1)));
-    };
-    // The next place of each case of the first byte; each is searched again only once used, so
-    // the scan stays linear.
-    const char* nextFirst = scan(p, first);
-    const char* nextOther = other != first ? scan(p, other) : nullptr;
-    for (;;) {
-        const char* a = !nextOther || (nextFirst && nextFirst < nextOther) ? nextFirst : nextOther;
-        if (!a) return 0;
+    for (const char* a = nextCandidate(base + (start - 1), end, first, other); a;
+         a = nextCandidate(a + 1, end, first, other))
         if (equalAt(a + 1, needle.substr(1), mode)) return static_cast<Pos>(a - base) + 1;
-        if (a == nextFirst)
-            nextFirst = scan(a + 1, first);
-        else
-            nextOther = scan(a + 1, other);
-    }
+    return 0;
 }
 
 std::string_view mid(std::string_view s, Pos start, Pos length) {

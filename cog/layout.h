@@ -26,6 +26,8 @@ enum class Mode { Text, Exact };
 // The byte with its case folded: A-Z to a-z and the Latin-1 capitals to their small letters.
 unsigned char foldCase(unsigned char c);
 bool equalText(std::string_view a, std::string_view b); // text-mode equality
+// The bytes with their case folded: two texts are equal in text mode when these are equal.
+std::string foldedText(std::string_view s);
 bool containsText(std::string_view hay, std::string_view needle);
 
 // The 1-based position of the first occurrence of needle in hay that begins at or after start,

@@ -150,9 +150,11 @@ void StyleTracker::reset() {
 void StyleTracker::styled(std::int64_t start, std::int64_t position) {
     if (start <= cleanEnd_) cleanEnd_ = std::max(cleanEnd_, position);
     if (changeStart_ < 0 || start > changeStart_) return;
-    // Styling that ends right at the change's end leaves the next line to the restyle that
-    // continues from there.
-    if (position >= changeEnd_)
+    // Styling that ends right at the change's end has not restyled the line that starts there,
+    // whose stored styles may hang on what the change took away (a deletion that joined it to the
+    // tail of a comment): the change shrinks to that line start, unless no stored style after it
+    // counts as right.
+    if (position > changeEnd_ || position >= cleanEnd_)
         changeStart_ = changeEnd_ = -1;
     else
         changeStart_ = std::max(changeStart_, position);

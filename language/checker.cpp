@@ -11,6 +11,7 @@
 #include "language/checker.h"
 
 #include "language/lexer.h"
+#include "language/names.h"
 #include "language/text.h"
 
 #include <array>
@@ -19,28 +20,6 @@
 namespace language {
 
 namespace {
-
-// The engine's message names, the language's only named constants.
-constexpr std::string_view kMessageNames[] = {
-    "activated",   "activate", "removed", "startup",  "timer",      "blocked",    "entered",
-    "exited",      "crossed",  "sighted", "damaged",  "arrived",    "killed",     "pulse",
-    "touched",     "created",  "loading", "selected", "deselected", "autoselect", "changed",
-    "deactivated", "shutdown", "respawn", "ai_event", "skill",      "taken",      "user0",
-    "user1",       "user2",    "user3",   "user4",    "user5",      "user6",      "user7",
-    "new_player",  "fire",     "join",    "leave",    "splash",     "trigger"};
-
-bool isMessageName(std::string_view name) {
-    for (std::string_view m : kMessageNames)
-        if (equalsNoCase(name, m)) return true;
-    return false;
-}
-
-bool isGlobalName(std::string_view name) {
-    if (name.size() < 7 || name.size() > 8 || !equalsNoCase(name.substr(0, 6), "global")) return false;
-    const std::string_view d = name.substr(6);
-    if (d.size() == 1) return isDigit(d[0]);
-    return d[0] == '1' && d[1] >= '0' && d[1] <= '5';
-}
 
 const char* operatorText(std::uint8_t op) {
     switch (static_cast<Tok>(op)) {

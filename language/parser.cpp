@@ -1,6 +1,7 @@
 #include "language/parser.h"
 
 #include "language/lexer.h"
+#include "language/names.h"
 #include "language/text.h"
 
 #include <array>
@@ -420,17 +421,10 @@ private:
                              quote(symbol.name) + " is declared again (before on line " +
                                  std::to_string(symbols_.symbols[earlier].nameSpan.begin.line) + ")",
                              Severity::Warning});
-        const std::string_view name = symbol.name;
-        if (name.size() >= 7 && name.size() <= 8 && equalsNoCase(name.substr(0, 6), "global")) {
-            const std::string_view digits = name.substr(6);
-            const bool number =
-                isDigit(digits[0]) &&
-                (digits.size() == 1 || (digits[0] == '1' && digits[1] <= '5' && isDigit(digits[1])));
-            if (number)
-                found.push_back({nameTok.span, "hides-global",
-                                 quote(symbol.name) + " hides the engine's global variable of that name",
-                                 Severity::Warning});
-        }
+        if (isGlobalName(symbol.name))
+            found.push_back({nameTok.span, "hides-global",
+                             quote(symbol.name) + " hides the engine's global variable of that name",
+                             Severity::Warning});
         tree_[decl].ref = symbols_.addSymbol(std::move(symbol));
         for (LineDiagnostic& d : found) report(d.span, d.code, std::move(d.text), d.severity);
     }

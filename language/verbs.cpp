@@ -1,5 +1,6 @@
 #include "language/verbs.h"
 
+#include "language/names.h"
 #include "language/text.h"
 
 namespace language {
@@ -20,13 +21,6 @@ std::string_view word(std::string_view& s) {
     const std::string_view w = s.substr(0, n);
     s.remove_prefix(n);
     return w;
-}
-
-bool isName(std::string_view s) {
-    if (s.empty() || !isIdentStart(s.front())) return false;
-    for (char c : s)
-        if (!isIdentChar(c)) return false;
-    return true;
 }
 
 // Parses "RETURN NAME(TYPES) [deprecated]" into verb; the reason it cannot, or empty.

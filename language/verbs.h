@@ -37,6 +37,8 @@ public:
     // The verb of that name or alias, letter case ignored; null when there is none.
     const Verb* find(std::string_view name) const;
     std::size_t size() const { return verbs_.size(); }
+    // Every verb in the table's order (aliases not repeated).
+    const std::vector<Verb>& verbs() const { return verbs_; }
 
 private:
     std::vector<Verb> verbs_;

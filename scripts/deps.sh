@@ -5,7 +5,7 @@
 #                                                otherwise the features that use them are skipped
 
 TESSARY_PACKAGES=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libqscintilla2-qt6-dev
-                  libgl1-mesa-dev)
+                  libgl1-mesa-dev nlohmann-json3-dev)
 tessary_apt_updated=0
 
 tessary_missing() {

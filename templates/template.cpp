@@ -3,6 +3,8 @@
 #include "app/settingsvalues.h"
 #include "cog/layout.h"
 
+#include <unordered_map>
+
 namespace templates {
 
 namespace {
@@ -111,6 +113,7 @@ ReadResult readTemplate(std::string_view bytes) {
     LineReader lines(bytes);
     std::string_view line;
     Template t;
+    std::unordered_map<std::string, std::size_t> rowByName; // folded name -> its row
 
     if (!lines.next(line)) return failure(1, "the file is empty");
     long n = 0;
@@ -138,10 +141,10 @@ ReadResult readTemplate(std::string_view bytes) {
         SplitFields(t.columns, p.fields, line);
         p.value = p.fields[0];
         p.name = p.fields[1];
-        for (std::size_t i = 0; i < t.rows.size(); ++i)
-            if (cog::equalText(t.rows[i].name, p.name))
-                return failure(lines.number(), "the parameter name " + quoted(p.name) + " repeats line " +
-                                                   std::to_string(static_cast<long>(i) + 3));
+        const auto [earlier, fresh] = rowByName.try_emplace(cog::foldedText(p.name), t.rows.size());
+        if (!fresh)
+            return failure(lines.number(), "the parameter name " + quoted(p.name) + " repeats line " +
+                                               std::to_string(static_cast<long>(earlier->second) + 3));
         t.rows.push_back(std::move(p));
     }
     ReadResult r;

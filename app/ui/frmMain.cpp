@@ -2,6 +2,7 @@
 
 #include "app/ui/KeyedTreeView.h"
 #include "app/ui/MRU.h"
+#include "app/ui/OpenRequestServer.h"
 #include "app/ui/dialogs.h"
 #include "app/ui/mdlTessary.h"
 #include "app/ui/twips.h"
@@ -11,22 +12,17 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QDataStream>
-#include <QDir>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -401,51 +397,16 @@ void frmMain::MDIForm_LinkExecute(const QString& cmdStr) {
     mdlTessary::OpenCogFile(cmdStr);
 }
 
-QString frmMain::executeServerName() {
-    QString dir = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    if (dir.isEmpty()) dir = QDir::tempPath();
-    return dir + QStringLiteral("/tessary-execute");
-}
-
-QByteArray frmMain::encodeExecuteRequest(const QString& path) {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(QDataStream::Qt_6_0);
-    out << path;
-    return bytes;
-}
-
-bool frmMain::listenForExecuteRequests() {
-    server_ = new QLocalServer(this);
-    server_->setSocketOptions(QLocalServer::UserAccessOption);
-    if (!server_->listen(executeServerName())) {
-        // A socket left by a program that ended without closing it: nobody answers there.
-        QLocalSocket probe;
-        probe.connectToServer(executeServerName());
-        if (probe.waitForConnected(500)) return false;
-        QLocalServer::removeServer(executeServerName());
-        if (!server_->listen(executeServerName())) return false;
-    }
-    connect(server_, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket* socket = server_->nextPendingConnection()) {
-            connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-            connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
-                // A request is one serialized string; it may arrive in pieces.
-                QDataStream in(socket);
-                in.setVersion(QDataStream::Qt_6_0);
-                in.startTransaction();
-                QString path;
-                in >> path;
-                if (!in.commitTransaction()) return;
-                socket->write("ok\n");
-                socket->flush();
-                QTimer::singleShot(0, this, [this, path] {
-                    raise();
-                    activateWindow();
-                    MDIForm_LinkExecute(path);
-                });
-            });
-        }
-    });
-    return true;
+bool frmMain::listenForExecuteRequests(const QString& serverName) {
+    server_ = new OpenRequestServer(this);
+    // Queued: the path is shown in a message box, which must not wait inside the socket's handler.
+    connect(
+        server_, &OpenRequestServer::pathReceived, this,
+        [this](const QString& path) {
+            raise();
+            activateWindow();
+            MDIForm_LinkExecute(path);
+        },
+        Qt::QueuedConnection);
+    return server_->listen(serverName);
 }

@@ -13,13 +13,13 @@
 
 class FrameStatusBar;
 class KeyedTreeView;
+class OpenRequestServer;
 class QAction;
 class QCheckBox;
 class QComboBox;
 class QDockWidget;
 class QGroupBox;
 class QLineEdit;
-class QLocalServer;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
@@ -139,12 +139,9 @@ public:
 
     // Frame events.
     void MDIForm_LinkExecute(const QString& cmdStr);
-    // Listens for paths handed over by a second start of the program; false when another
-    // instance already listens.
-    bool listenForExecuteRequests();
-    static QString executeServerName();
-    // The bytes of one execute request carrying path, as a second start sends them.
-    static QByteArray encodeExecuteRequest(const QString& path);
+    // Listens on serverName (openrequests::serverName) for paths handed over by a second start of
+    // the program; false when another instance already listens.
+    bool listenForExecuteRequests(const QString& serverName);
 
     // Adds a new editor window to the area (hidden until shown).
     QMdiSubWindow* addEditorWindow(frmTessary* w);
@@ -180,7 +177,7 @@ private:
     void fillWindowMenu();
     void MDIForm_Unload();
 
-    QLocalServer* server_ = nullptr;
+    OpenRequestServer* server_ = nullptr;
     QList<QAction*> windowListActions_;
     QPointer<frmTessary> languageWindow_; // the window whose diagnostics are shown
     QList<QMetaObject::Connection> languageConnections_;

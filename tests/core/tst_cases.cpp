@@ -12,10 +12,13 @@
 #include "editor/firstoccurrence.h"
 #include "editor/messages.h"
 #include "editor/typingaids.h"
+#include "language/services.h"
 #include "reference/cogref.h"
 #include "templates/template.h"
 
 #include <QProcess>
+
+#include <sstream>
 
 using cases::Args;
 using cases::block;
@@ -310,6 +313,72 @@ string other(const string& text, const Args& a, const QString&) {
     return "at " + to_string(got) + (got == cog::find(1, t, a.at(4)) ? "\n" : " (a search finds another)\n");
 }
 
+// Language services. A place is a needle with "|" where the offset falls, and optionally which
+// occurrence (1-based) of the needle: "Print|Int" 2.
+string services(const string& text, const Args& a, const QString&) {
+    static const auto verbs =
+        language::VerbTable::read(cases::readAll(TESSARY_SOURCE_DIR "/data/verbs.dat").toStdString());
+    static const auto docs = language::VerbDocs::fromReference(
+        reference::readCogRef(cases::readAll(TESSARY_SOURCE_DIR "/data/cogref.dat").toStdString()).tree);
+    const auto analysis = language::analyse(text, verbs);
+    const language::Script script{text, analysis, verbs, docs};
+    const string needle = a.at(1).substr(0, a.at(1).find('|')) + a.at(1).substr(a.at(1).find('|') + 1);
+    std::size_t at = text.find(needle);
+    for (long n = a.num(2); n > 1 && at != string::npos; --n) at = text.find(needle, at + 1);
+    if (a.at(0) != "outline" && at == string::npos) return "no " + esc(needle) + " in the text\n";
+    const auto offset = std::uint32_t(at + a.at(1).find('|'));
+    const auto span = [&](const language::Span& s) {
+        return to_string(s.begin.line) + ":" + to_string(s.begin.column) + "-" + to_string(s.end.line) + ":" +
+               to_string(s.end.column) + " " +
+               esc(text.substr(s.begin.offset, s.end.offset - s.begin.offset));
+    };
+    string out;
+    if (a.at(0) == "complete") {
+        const auto c = language::complete(script, offset);
+        out = "from " + to_string(c.from) + " \"" + esc(c.prefix) + "\", " + to_string(c.items.size()) +
+              " items\n";
+        for (std::size_t i = 0; i < c.items.size() && i < 12; ++i)
+            out += "  " + c.items[i].label + " [" + "VSMKL"[int(c.items[i].kind)] + "] " + c.items[i].detail +
+                   "\n";
+    } else if (a.at(0) == "hover") {
+        const auto h = language::hover(script, offset);
+        out = h ? "about " + span(h->span) + "\n" + block(h->text) : "nothing\n";
+    } else if (a.at(0) == "definition") {
+        const auto d = language::definition(script, offset);
+        out = d ? span(*d) + "\n" : "nothing\n";
+    } else if (a.at(0) == "references") {
+        for (const auto& s : language::references(script, offset, a.has("declaration")))
+            out += span(s) + "\n";
+    } else if (a.at(0) == "rename") {
+        const auto t = language::prepareRename(script, offset);
+        out = "name " + span(t.span) + (t.ok() ? "\n" : ", refused: " + t.refusal + "\n");
+        if (!t.ok() || a.at(3).empty()) return out;
+        const auto r = language::rename(script, offset, a.at(3));
+        if (!r.ok()) return out + "refused: " + r.refusal + "\n";
+        string renamed = text;
+        for (auto e = r.edits.rbegin(); e != r.edits.rend(); ++e)
+            renamed.replace(e->span.begin.offset, e->span.end.offset - e->span.begin.offset, e->text);
+        out += to_string(r.edits.size()) + " edits\n";
+        std::istringstream before(text), after(renamed); // the lines that changed
+        string was, now;
+        for (int line = 1; std::getline(after, now); ++line)
+            if (!std::getline(before, was) || was != now) out += to_string(line) + " | " + esc(now) + "\n";
+    } else {
+        std::function<void(const std::vector<language::OutlineItem>&, string)> walk = [&](const auto& items,
+                                                                                          string indent) {
+            for (const auto& i : items) {
+                out += indent + "OSHL"[int(i.kind)] + " " + i.name + " (" + esc(i.detail) + ") " +
+                       span(i.selection) + " in " + to_string(i.range.begin.line) + ":" +
+                       to_string(i.range.begin.column) + "-" + to_string(i.range.end.line) + ":" +
+                       to_string(i.range.end.column) + "\n";
+                walk(i.children, indent + "  ");
+            }
+        };
+        walk(language::outline(script), "");
+    }
+    return out.empty() ? "nothing\n" : out;
+}
+
 string cli(const string&, const Args& a, const QString& dir) {
     QProcess p;
     p.setWorkingDirectory(dir);
@@ -323,11 +392,11 @@ string cli(const string&, const Args& a, const QString& dir) {
 }
 
 const std::map<string, cases::Rule> kRules{
-    {"addsymbol", addSymbol},     {"check", check},           {"cli", cli},
-    {"colouring", colouring},     {"explorer", explorer},     {"findreplace", findReplace},
-    {"keyedtree", keyedTree},     {"layout", layout},         {"other", other},
-    {"recentfiles", recentFiles}, {"reference", cogRef},      {"renamedelete", renameDelete},
-    {"template", templ},          {"typingaids", typingAids},
+    {"addsymbol", addSymbol},     {"check", check},       {"cli", cli},
+    {"colouring", colouring},     {"explorer", explorer}, {"findreplace", findReplace},
+    {"keyedtree", keyedTree},     {"layout", layout},     {"other", other},
+    {"recentfiles", recentFiles}, {"reference", cogRef},  {"renamedelete", renameDelete},
+    {"services", services},       {"template", templ},    {"typingaids", typingAids},
 };
 
 } // namespace

@@ -22,13 +22,18 @@ bool registerTarget(const char* name, Body body) {
 } // namespace fuzzing
 
 #include "tests/fuzz/fuzz_addsymbol.cpp"
+#include "tests/fuzz/fuzz_cli.cpp"
 #include "tests/fuzz/fuzz_cogref.cpp"
+#include "tests/fuzz/fuzz_colouring.cpp"
 #include "tests/fuzz/fuzz_explorer.cpp"
 #include "tests/fuzz/fuzz_findreplace.cpp"
 #include "tests/fuzz/fuzz_firstoccurrence.cpp"
 #include "tests/fuzz/fuzz_language.cpp"
 #include "tests/fuzz/fuzz_layout.cpp"
+#include "tests/fuzz/fuzz_lspreader.cpp"
+#include "tests/fuzz/fuzz_load.cpp"
 #include "tests/fuzz/fuzz_messages.cpp"
+#include "tests/fuzz/fuzz_openrequest.cpp"
 #include "tests/fuzz/fuzz_recentfiles.cpp"
 #include "tests/fuzz/fuzz_recovery.cpp"
 #include "tests/fuzz/fuzz_renamedelete.cpp"
