@@ -19,4 +19,26 @@ std::string diagnosticsSummary(const std::vector<language::Diagnostic>& diagnost
     return "No problems";
 }
 
+std::string lineAt(std::string_view text, const language::Span& span) {
+    const std::size_t at = std::min<std::size_t>(span.begin.offset, text.size());
+    std::size_t start = at - std::min<std::size_t>(span.begin.column - 1, at);
+    const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size());
+    while (start < end && (text[start] == ' ' || text[start] == '\t')) ++start;
+    return std::string(text.substr(start, end - start));
+}
+
+std::string completionList(const std::vector<language::CompletionItem>& items, char separator) {
+    std::string list;
+    for (const auto& item : items) {
+        if (!list.empty()) list += separator;
+        list += item.label;
+        if (item.kind == language::ItemKind::Verb) list += item.detail;
+    }
+    return list;
+}
+
+std::string_view completionName(std::string_view shown) {
+    return shown.substr(0, std::min(shown.find('('), shown.size()));
+}
+
 } // namespace editor

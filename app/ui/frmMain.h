@@ -81,6 +81,10 @@ public:
     QDockWidget* dckProblems;
     QTreeWidget* lvwProblems;
     QAction* mnuViewProblems; // shows and hides the Problems dock
+    QDockWidget* dckUsages;   // a tab beside the Problems dock
+    QTreeWidget* lvwUsages;
+    QAction* mnuViewUsages;
+    QAction *mnuEditGoToDefinition, *mnuEditFindUsages;
 
     // State of the trees.
     std::optional<std::string> nLC;  // key of the current reference node
@@ -172,6 +176,9 @@ private:
     void followLanguage(frmTessary* w);
     void showProblems();
     void lvwProblems_Click(QTreeWidgetItem* item);
+    void mnuEditGoToDefinition_Click();
+    void mnuEditFindUsages_Click();
+    void lvwUsages_Click(QTreeWidgetItem* item);
     // Listens to a new editor window: files dropped on its text, characters it refused.
     void followEditor(frmTessary* w);
     void fillWindowMenu();
@@ -180,5 +187,6 @@ private:
     OpenRequestServer* server_ = nullptr;
     QList<QAction*> windowListActions_;
     QPointer<frmTessary> languageWindow_; // the window whose diagnostics are shown
+    QPointer<frmTessary> usagesWindow_;   // the window whose usages are listed
     QList<QMetaObject::Connection> languageConnections_;
 };

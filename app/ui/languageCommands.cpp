@@ -1,10 +1,13 @@
 // The frame's side of the COG language features: the Problems dock below the editors (shown and
-// hidden from the View menu), the diagnostics count in the status bar.
+// hidden from the View menu), the diagnostics count in the status bar, and the Edit menu's Go to
+// Definition and Find Usages, whose places are listed in a tab beside the Problems.
 #include "app/ui/StatusBar.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "app/ui/twips.h"
 #include "editor/languagetext.h"
+#include "editor/ui/CogTextBox.h"
+#include "editor/ui/Definition.h"
 #include "editor/ui/ScriptAnalysis.h"
 #include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
@@ -21,7 +24,26 @@
 
 namespace {
 
-enum Role { LineRole = Qt::UserRole, ColumnRole };
+enum Role { LineRole = Qt::UserRole, ColumnRole, LengthRole };
+
+// Moves the caret to a listed place, selecting its length.
+void goToPlace(frmTessary* w, const QTreeWidgetItem* item) {
+    if (!w || !item) return;
+    w->GoToLine(item->data(0, LineRole).toInt(), item->data(0, ColumnRole).toInt());
+    w->txtMain->setSelLength(item->data(0, LengthRole).toInt());
+}
+
+// A place in a list: its line (and column), its text.
+QTreeWidgetItem* placeItem(const language::Span& span, const QString& text, bool withColumn) {
+    const QString line = QString::number(span.begin.line);
+    auto* item =
+        new QTreeWidgetItem({withColumn ? line + ':' + QString::number(span.begin.column) : line, text});
+    item->setData(0, LineRole, int(span.begin.line));
+    item->setData(0, ColumnRole, int(span.begin.column));
+    item->setData(0, LengthRole,
+                  span.begin.line == span.end.line ? int(span.end.column - span.begin.column) : 0);
+    return item;
+}
 
 QTreeWidget* listOfPlaces(const QString& name, const QStringList& headers) {
     auto* list = new QTreeWidget;
@@ -58,11 +80,29 @@ void frmMain::addLanguagePanels() {
     editors->addDockWidget(Qt::BottomDockWidgetArea, dckProblems);
     editors->resizeDocks({dckProblems}, {twips(1200)}, Qt::Vertical);
     connect(lvwProblems, &QTreeWidget::itemClicked, this, &frmMain::lvwProblems_Click);
+    lvwUsages = listOfPlaces(QStringLiteral("lvwUsages"), {QStringLiteral("Line"), QStringLiteral("Usage")});
+    dckUsages = dock(QStringLiteral("Usages"), QStringLiteral("dckUsages"), lvwUsages, editors);
+    editors->tabifyDockWidget(dckProblems, dckUsages);
+    dckProblems->raise();
+    connect(lvwUsages, &QTreeWidget::itemClicked, this, &frmMain::lvwUsages_Click);
 
     mnuViewProblems = dckProblems->toggleViewAction();
     mnuViewProblems->setText(QStringLiteral("&Problems"));
+    mnuViewUsages = dckUsages->toggleViewAction();
+    mnuViewUsages->setText(QStringLiteral("&Usages"));
     mnuView->addSeparator();
     mnuView->addAction(mnuViewProblems);
+    mnuView->addAction(mnuViewUsages);
+
+    // After Go to Line, before the separator that opens Undo and Redo, which stay last.
+    QAction* undoBar = mnuEditm->actions().at(mnuEditm->actions().indexOf(mnuEditUndo) - 1);
+    mnuEditGoToDefinition = new QAction(QStringLiteral("Go to &Definition"), this);
+    mnuEditGoToDefinition->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F12));
+    mnuEditFindUsages = new QAction(QStringLiteral("Find &Usages"), this);
+    mnuEditFindUsages->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F12));
+    mnuEditm->insertActions(undoBar, {mnuEditGoToDefinition, mnuEditFindUsages});
+    connect(mnuEditGoToDefinition, &QAction::triggered, this, [this] { mnuEditGoToDefinition_Click(); });
+    connect(mnuEditFindUsages, &QAction::triggered, this, [this] { mnuEditFindUsages_Click(); });
 
     connect(mdiArea, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sub) {
         // As the status bar: the window that lost the focus to no window stays shown.
@@ -89,13 +129,12 @@ void frmMain::showProblems() {
     const auto& diagnostics = analysis->current().diagnostics;
     QList<QTreeWidgetItem*> items;
     for (const language::Diagnostic& d : diagnostics) {
-        auto* item = new QTreeWidgetItem({QString::number(d.span.begin.line), codepage::toText(d.text)});
+        auto* item = placeItem(d.span, codepage::toText(d.text), false);
+        item->setData(0, LengthRole, 0);
         const bool error = d.severity == language::Severity::Error;
         item->setIcon(
             0, style()->standardIcon(error ? QStyle::SP_MessageBoxCritical : QStyle::SP_MessageBoxWarning));
         item->setToolTip(0, QString::fromLatin1(language::severityName(d.severity)));
-        item->setData(0, LineRole, int(d.span.begin.line));
-        item->setData(0, ColumnRole, int(d.span.begin.column));
         items << item;
     }
     lvwProblems->addTopLevelItems(items);
@@ -103,6 +142,32 @@ void frmMain::showProblems() {
 }
 
 void frmMain::lvwProblems_Click(QTreeWidgetItem* item) {
-    if (!languageWindow_ || !item) return;
-    languageWindow_->GoToLine(item->data(0, LineRole).toInt(), item->data(0, ColumnRole).toInt());
+    goToPlace(languageWindow_, item);
+}
+
+void frmMain::mnuEditGoToDefinition_Click() {
+    frmTessary* w = mdlTessary::currentCog();
+    if (w && !w->language.definition->goToDefinition(w->txtMain->selStart()))
+        sbrMain->showMessage(QStringLiteral("There is no declaration of a name at the caret."), 5000);
+}
+
+void frmMain::mnuEditFindUsages_Click() {
+    frmTessary* w = mdlTessary::currentCog();
+    if (!w) return;
+    const auto usages = w->language.definition->usages(w->txtMain->selStart());
+    if (usages.empty()) {
+        sbrMain->showMessage(QStringLiteral("There is no symbol or label at the caret."), 5000);
+        return;
+    }
+    usagesWindow_ = w;
+    lvwUsages->clear();
+    const std::string& text = w->language.analysis->text();
+    for (const language::Span& span : usages)
+        lvwUsages->addTopLevelItem(placeItem(span, codepage::toText(editor::lineAt(text, span)), true));
+    dckUsages->show();
+    dckUsages->raise();
+}
+
+void frmMain::lvwUsages_Click(QTreeWidgetItem* item) {
+    goToPlace(usagesWindow_, item);
 }

@@ -3,6 +3,8 @@
 #include "editor/ui/CharsetFont.h"
 #include "editor/ui/CogLexer.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/Completion.h"
+#include "editor/ui/Definition.h"
 #include "editor/ui/DiagnosticMarks.h"
 #include "editor/ui/ScriptAnalysis.h"
 
@@ -69,6 +71,8 @@ Features install(CogTextBox* box) {
     Features features;
     features.analysis = new ScriptAnalysis(box);
     features.diagnostics = new DiagnosticMarks(box, features.analysis);
+    features.definition = new Definition(box, features.analysis);
+    features.completion = new Completion(box, features.analysis);
     return features;
 }
 

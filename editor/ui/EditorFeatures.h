@@ -4,7 +4,9 @@
 #pragma once
 
 class CogTextBox;
+class Completion;
 class DiagnosticMarks;
+class Definition;
 class QFont;
 class ScriptAnalysis;
 
@@ -14,11 +16,13 @@ namespace editorfeatures {
 struct Features {
     ScriptAnalysis* analysis = nullptr; // shared by the others
     DiagnosticMarks* diagnostics = nullptr;
+    Definition* definition = nullptr; // and usages
+    Completion* completion = nullptr;
 };
 
 // Gives the text box its COG lexer, a line-number margin that grows with the line count, the
 // current-line highlight, the highlight of the brace pair at the caret, and the language
-// features: the diagnostics drawn on the text.
+// features: the diagnostics drawn on the text, go to definition and usages, completion.
 Features install(CogTextBox* box);
 
 // The editor font for the text, every colouring style and the line-number margin.

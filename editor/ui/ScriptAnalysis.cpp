@@ -2,6 +2,7 @@
 
 #include "app/ui/mdlTessary.h"
 #include "editor/ui/CogTextBox.h"
+#include "reference/cogref.h"
 
 #include <QFile>
 
@@ -10,12 +11,9 @@ namespace {
 // Typing that pauses this long is done for the moment.
 constexpr int kPauseMs = 300;
 
-const QByteArray& verbFile() {
-    static const QByteArray bytes = [] {
-        QFile file(mdlTessary::programDirectory() + QStringLiteral("/verbs.dat"));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }();
-    return bytes;
+std::string dataFile(const char* name) {
+    QFile file(mdlTessary::programDirectory() + QLatin1Char('/') + QLatin1String(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
 }
 
 } // namespace
@@ -30,9 +28,19 @@ ScriptAnalysis::ScriptAnalysis(CogTextBox* box) : QObject(box), box_(box) {
 }
 
 const language::VerbTable& ScriptAnalysis::verbs() {
-    static const language::VerbTable table =
-        language::VerbTable::read(std::string_view(verbFile().constData(), std::size_t(verbFile().size())));
+    static const language::VerbTable table = language::VerbTable::read(dataFile("verbs.dat"));
     return table;
+}
+
+const language::VerbDocs& ScriptAnalysis::docs() {
+    static const language::VerbDocs entries =
+        language::VerbDocs::fromReference(reference::readCogRef(dataFile("cogref.dat")).tree);
+    return entries;
+}
+
+language::Script ScriptAnalysis::script() {
+    const language::Analysis& analysis = current();
+    return {text_, analysis, verbs(), docs()};
 }
 
 const language::Analysis& ScriptAnalysis::current() {

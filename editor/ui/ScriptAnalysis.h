@@ -4,6 +4,7 @@
 #pragma once
 
 #include "language/analyse.h"
+#include "language/services.h"
 
 #include <QObject>
 #include <QTimer>
@@ -22,12 +23,16 @@ public:
     const language::Analysis& current();
     // The text that current() analysed; its spans index it.
     const std::string& text() const { return text_; }
+    // What the language services read: current() with its text.
+    language::Script script();
     // True while no edit came since the last analysis.
     bool isCurrent() const { return !stale_; }
 
     // The engine's verbs (verbs.dat beside the program), read once; empty when the file is missing,
     // and then only lexical and syntax errors are reported.
     static const language::VerbTable& verbs();
+    // The verbs' descriptions of the reference (cogref.dat beside the program), read once.
+    static const language::VerbDocs& docs();
 
 signals:
     // A new analysis of the text: after typing paused, after a file was read, or on demand.

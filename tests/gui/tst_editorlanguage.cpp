@@ -6,11 +6,11 @@
 //   click L:C [ctrl]  a click on the text (Ctrl held: go to the definition); answers the caret
 //   keys TEXT...    types each TEXT; <Ctrl+Space>, <Return>, <Tab>, <Escape> are keys; answers
 //                   whether the analysis is of the text typed, the caret, the caret's line and
-//                   the completion list when one is shown
+//                   the completion list or the message pop-up when one is shown
 //   rest L:C        rests the mouse on the text; answers the tooltip
-//   row N           clicks row N of the Problems dock (or of the Usages tab); answers the caret
+//   row N [usages]  clicks row N of the Problems dock (or of the Usages tab); answers the caret
 //   menu ITEM [ANSWER]  chooses an Edit or View menu item (ANSWER goes to its input box);
-//                   answers the messages shown, the caret and the Usages tab
+//                   answers the messages shown, the Usages tab when shown, and the caret
 //   text            the whole text
 #include "../cases.h"
 #include "app/ui/StatusBar.h"
@@ -69,6 +69,17 @@ std::string text(const QString& s) {
     return cases::esc(s.toStdString());
 }
 
+// The rows of a list of places: "[severity] LINE TEXT".
+std::string rows(QTreeWidget* list) {
+    std::string out;
+    for (int i = 0; i < list->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* item = list->topLevelItem(i);
+        const QString severity = item->toolTip(0).isEmpty() ? QString() : item->toolTip(0) + ' ';
+        out += text(severity + item->text(0) + ' ' + item->text(1)) + "\n";
+    }
+    return out;
+}
+
 bool analysed() {
     return QTest::qWaitFor([] { return window()->language.analysis->isCurrent(); });
 }
@@ -78,11 +89,7 @@ std::string problems() {
     QCoreApplication::processEvents();
     frmMain* frame = mdlTessary::frame();
     std::string out = "status: " + text(frame->sbrMain->lblDiagnostics->text()) + "\n";
-    QTreeWidget* list = frame->lvwProblems;
-    for (int i = 0; i < list->topLevelItemCount(); ++i)
-        out += text(list->topLevelItem(i)->toolTip(0) + ' ' + list->topLevelItem(i)->text(0) + ' ' +
-                    list->topLevelItem(i)->text(1)) +
-               "\n";
+    out += rows(frame->lvwProblems);
     const long length = send(QsciScintilla::SCI_GETLENGTH);
     for (const char* kind : {"error", "warning"}) {
         const int indicator = window()->txtMain->indicator(QStringLiteral("diagnostic_") + kind);
@@ -112,16 +119,19 @@ void typeKeys(CogTextBox* box, const std::string& keys) {
     }
 }
 
+// The completion list when one is shown: its length and chosen item, and every item of a short one.
 std::string completionList() {
+    if (!send(QsciScintilla::SCI_AUTOCACTIVE)) return "";
     for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* list = w->findChild<QListWidget*>(); list && w->isVisible()) {
-            std::string out = "completion:";
+        if (auto* list = qobject_cast<QListWidget*>(w); list && w->isVisible()) {
+            std::string out = "completion: " + std::to_string(list->count()) + " items:";
             for (int i = 0; i < list->count(); ++i)
-                out += (list->item(i)->isSelected() ? " [" : " ") + text(list->item(i)->text()) +
-                       (list->item(i)->isSelected() ? "]" : "");
+                if (list->count() <= 6 || list->item(i)->isSelected())
+                    out += (list->item(i)->isSelected() ? " [" : " ") + text(list->item(i)->text()) +
+                           (list->item(i)->isSelected() ? "]" : "");
             return out + "\n";
         }
-    return "";
+    return "completion: not shown\n";
 }
 
 std::string keys(const cases::Args& args) {
@@ -136,6 +146,7 @@ std::string keys(const cases::Args& args) {
         cases::esc(box->range(
             start, send(QsciScintilla::SCI_GETLINEENDPOSITION, static_cast<unsigned long>(line)) - start)) +
         "\n";
+    if (window()->picCogParams->isVisible()) out += "message pop-up shown\n";
     return out + completionList();
 }
 
@@ -161,15 +172,20 @@ std::string menu(const cases::Args& args) {
     QAction* item = menuItem(args.at(0));
     if (!item) return "no such item\n";
     dialogs.messages.clear();
+    mdlTessary::frame()->sbrMain->clearMessage();
     if (args.size() > 1) dialogs.inputAnswers = {QString::fromStdString(args.at(1))};
     item->trigger();
     std::string out;
     for (const QString& m : dialogs.texts()) out += "message: " + text(m) + "\n";
+    if (const QString status = mdlTessary::frame()->sbrMain->currentMessage(); !status.isEmpty())
+        out += "status: " + text(status) + "\n";
+    if (mdlTessary::frame()->dckUsages->isVisible()) out += rows(mdlTessary::frame()->lvwUsages);
     return out + caret();
 }
 
 std::string row(const cases::Args& args) {
-    QTreeWidget* list = mdlTessary::frame()->lvwProblems;
+    QTreeWidget* list =
+        args.has("usages") ? mdlTessary::frame()->lvwUsages : mdlTessary::frame()->lvwProblems;
     QTreeWidgetItem* item = list->topLevelItem(int(args.num(0)) - 1);
     if (!item) return "no such row\n";
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
