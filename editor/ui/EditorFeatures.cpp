@@ -6,6 +6,7 @@
 #include "editor/ui/Completion.h"
 #include "editor/ui/Definition.h"
 #include "editor/ui/DiagnosticMarks.h"
+#include "editor/ui/Hover.h"
 #include "editor/ui/ScriptAnalysis.h"
 
 #include <QApplication>
@@ -73,6 +74,8 @@ Features install(CogTextBox* box) {
     features.diagnostics = new DiagnosticMarks(box, features.analysis);
     features.definition = new Definition(box, features.analysis);
     features.completion = new Completion(box, features.analysis);
+    features.hover = new Hover(box, features.analysis);
+    features.diagnostics->tooltips = false;
     return features;
 }
 

@@ -6,6 +6,7 @@
 class CogTextBox;
 class Completion;
 class DiagnosticMarks;
+class Hover;
 class Definition;
 class QFont;
 class ScriptAnalysis;
@@ -18,11 +19,12 @@ struct Features {
     DiagnosticMarks* diagnostics = nullptr;
     Definition* definition = nullptr; // and usages
     Completion* completion = nullptr;
+    Hover* hover = nullptr; // shows the diagnostics' messages in its tooltip too
 };
 
 // Gives the text box its COG lexer, a line-number margin that grows with the line count, the
 // current-line highlight, the highlight of the brace pair at the caret, and the language
-// features: the diagnostics drawn on the text, go to definition and usages, completion.
+// features: the diagnostics drawn on the text, go to definition and usages, completion, hover.
 Features install(CogTextBox* box);
 
 // The editor font for the text, every colouring style and the line-number margin.

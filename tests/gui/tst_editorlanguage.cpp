@@ -152,6 +152,7 @@ std::string keys(const cases::Args& args) {
 
 std::string rest(const std::string& at) {
     QToolTip::hideText();
+    if (!QTest::qWaitFor([] { return !QToolTip::isVisible(); })) return "the last tooltip stays\n";
     QWidget* viewport = window()->txtMain->viewport();
     QTest::mouseMove(viewport, pointOf(offsetOf(at)) + QPoint(0, 1));
     QTest::mouseMove(viewport, pointOf(offsetOf(at)));

@@ -1,0 +1,20 @@
+#include "editor/ui/Hover.h"
+
+#include "editor/ui/CogTextBox.h"
+#include "editor/ui/ScriptAnalysis.h"
+#include "editor/ui/codePage.h"
+
+#include <QToolTip>
+
+Hover::Hover(CogTextBox* box, ScriptAnalysis* analysis) : QObject(box), box_(box), analysis_(analysis) {
+    connect(box, &QsciScintillaBase::SCN_DWELLSTART, this, &Hover::dwell);
+    connect(box, &QsciScintillaBase::SCN_DWELLEND, this, [] { QToolTip::hideText(); });
+}
+
+void Hover::dwell(int position, int x, int y) {
+    if (position < 0) return;
+    const auto about = language::hover(analysis_->script(), static_cast<std::uint32_t>(position));
+    if (about)
+        QToolTip::showText(box_->viewport()->mapToGlobal(QPoint(x, y)), codepage::toText(about->text),
+                           box_->viewport());
+}
