@@ -84,7 +84,7 @@ public:
     QDockWidget* dckUsages;   // a tab beside the Problems dock
     QTreeWidget* lvwUsages;
     QAction* mnuViewUsages;
-    QAction *mnuEditGoToDefinition, *mnuEditFindUsages;
+    QAction *mnuEditGoToDefinition, *mnuEditFindUsages, *mnuEditRenameSymbol;
 
     // State of the trees.
     std::optional<std::string> nLC;  // key of the current reference node
@@ -178,6 +178,7 @@ private:
     void lvwProblems_Click(QTreeWidgetItem* item);
     void mnuEditGoToDefinition_Click();
     void mnuEditFindUsages_Click();
+    void mnuEditRenameSymbol_Click();
     void lvwUsages_Click(QTreeWidgetItem* item);
     // Listens to a new editor window: files dropped on its text, characters it refused.
     void followEditor(frmTessary* w);

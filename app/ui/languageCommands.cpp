@@ -1,13 +1,15 @@
 // The frame's side of the COG language features: the Problems dock below the editors (shown and
 // hidden from the View menu), the diagnostics count in the status bar, and the Edit menu's Go to
-// Definition and Find Usages, whose places are listed in a tab beside the Problems.
+// Definition, Find Usages (whose places are listed in a tab beside the Problems) and Rename Symbol.
 #include "app/ui/StatusBar.h"
+#include "app/ui/dialogs.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/mdlTessary.h"
 #include "app/ui/twips.h"
 #include "editor/languagetext.h"
 #include "editor/ui/CogTextBox.h"
 #include "editor/ui/Definition.h"
+#include "editor/ui/Rename.h"
 #include "editor/ui/ScriptAnalysis.h"
 #include "editor/ui/codePage.h"
 #include "editor/ui/frmTessary.h"
@@ -55,6 +57,11 @@ QTreeWidget* listOfPlaces(const QString& name, const QStringList& headers) {
     return list;
 }
 
+void refuseRename(const std::string& reason) {
+    ui::MsgBox(QStringLiteral("Nothing was renamed: ") + codepage::toText(reason) + QLatin1Char('.'),
+               ui::vbOKOnly, ui::vbExclamation);
+}
+
 QDockWidget* dock(const QString& title, const QString& name, QWidget* content, QWidget* parent) {
     auto* d = new QDockWidget(title, parent);
     d->setObjectName(name);
@@ -100,7 +107,10 @@ void frmMain::addLanguagePanels() {
     mnuEditGoToDefinition->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F12));
     mnuEditFindUsages = new QAction(QStringLiteral("Find &Usages"), this);
     mnuEditFindUsages->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F12));
-    mnuEditm->insertActions(undoBar, {mnuEditGoToDefinition, mnuEditFindUsages});
+    mnuEditRenameSymbol = new QAction(QStringLiteral("Re&name Symbol..."), this);
+    mnuEditRenameSymbol->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R));
+    mnuEditm->insertActions(undoBar, {mnuEditGoToDefinition, mnuEditFindUsages, mnuEditRenameSymbol});
+    connect(mnuEditRenameSymbol, &QAction::triggered, this, [this] { mnuEditRenameSymbol_Click(); });
     connect(mnuEditGoToDefinition, &QAction::triggered, this, [this] { mnuEditGoToDefinition_Click(); });
     connect(mnuEditFindUsages, &QAction::triggered, this, [this] { mnuEditFindUsages_Click(); });
 
@@ -166,6 +176,23 @@ void frmMain::mnuEditFindUsages_Click() {
         lvwUsages->addTopLevelItem(placeItem(span, codepage::toText(editor::lineAt(text, span)), true));
     dckUsages->show();
     dckUsages->raise();
+}
+
+void frmMain::mnuEditRenameSymbol_Click() {
+    frmTessary* w = mdlTessary::currentCog();
+    if (!w) return;
+    const long caret = w->txtMain->selStart();
+    const language::RenameTarget target = w->language.rename->target(caret);
+    if (!target.ok()) return refuseRename(target.refusal);
+    const QString name = codepage::toText(w->language.analysis->text().substr(
+        target.span.begin.offset, target.span.end.offset - target.span.begin.offset));
+    const QString typed =
+        ui::InputBox(QStringLiteral("New name for ") + name, QStringLiteral("Rename Symbol"), name).trimmed();
+    if (typed.isEmpty() || typed == name) return; // cancelled, or nothing to change
+    const auto bytes = codePageBytes(typed);
+    if (!bytes) return;
+    const std::string refusal = w->language.rename->rename(caret, bytes->toStdString());
+    if (!refusal.empty()) refuseRename(refusal);
 }
 
 void frmMain::lvwUsages_Click(QTreeWidgetItem* item) {

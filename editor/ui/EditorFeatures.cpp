@@ -7,6 +7,7 @@
 #include "editor/ui/Definition.h"
 #include "editor/ui/DiagnosticMarks.h"
 #include "editor/ui/Hover.h"
+#include "editor/ui/Rename.h"
 #include "editor/ui/ScriptAnalysis.h"
 
 #include <QApplication>
@@ -76,6 +77,7 @@ Features install(CogTextBox* box) {
     features.completion = new Completion(box, features.analysis);
     features.hover = new Hover(box, features.analysis);
     features.diagnostics->tooltips = false;
+    features.rename = new Rename(box, features.analysis);
     return features;
 }
 

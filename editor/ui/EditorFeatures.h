@@ -7,6 +7,7 @@ class CogTextBox;
 class Completion;
 class DiagnosticMarks;
 class Hover;
+class Rename;
 class Definition;
 class QFont;
 class ScriptAnalysis;
@@ -20,11 +21,13 @@ struct Features {
     Definition* definition = nullptr; // and usages
     Completion* completion = nullptr;
     Hover* hover = nullptr; // shows the diagnostics' messages in its tooltip too
+    Rename* rename = nullptr;
 };
 
 // Gives the text box its COG lexer, a line-number margin that grows with the line count, the
 // current-line highlight, the highlight of the brace pair at the caret, and the language
-// features: the diagnostics drawn on the text, go to definition and usages, completion, hover.
+// features: the diagnostics drawn on the text, go to definition and usages, completion, hover and
+// rename.
 Features install(CogTextBox* box);
 
 // The editor font for the text, every colouring style and the line-number margin.
