@@ -81,6 +81,7 @@ void Completion::charAdded(int ch) {
         (around.size() > at && language::isIdentChar(around[at])) ||
         language::isDigit(around[at - kNameToOpen]))
         return;
+    if (!analysis_->isCurrent() && !analysis_->inCodeSection(caret)) return;
     if (analysis_->isCurrent() || box_->textLength() <= kInstantAnalysisLimit)
         show();
     else

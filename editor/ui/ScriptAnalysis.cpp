@@ -21,10 +21,11 @@ std::string dataFile(const char* name) {
 ScriptAnalysis::ScriptAnalysis(CogTextBox* box) : QObject(box), box_(box) {
     pause_.setSingleShot(true);
     connect(&pause_, &QTimer::timeout, this, [this] {
-        if (stale_) current();
+        current();
+        emit analysed();
     });
     connect(box, &CogTextBox::textEdited, this, &ScriptAnalysis::edited);
-    edited();
+    edited({});
 }
 
 const language::VerbTable& ScriptAnalysis::verbs() {
@@ -45,15 +46,28 @@ language::Script ScriptAnalysis::script() {
 
 const language::Analysis& ScriptAnalysis::current() {
     if (!stale_) return analysis_;
-    pause_.stop();
     text_.assign(box_->bytes());
     analysis_ = language::analyse(text_, verbs(), {.syntaxOnly = verbs().size() == 0});
     stale_ = false;
-    emit analysed();
     return analysis_;
 }
 
-void ScriptAnalysis::edited() {
+bool ScriptAnalysis::inCodeSection(long offset) const {
+    const language::SyntaxTree& tree = analysis_.tree;
+    if (tree.root == language::kNoNode) return true; // nothing analysed yet: no first look
+    for (language::NodeId c = tree[tree.root].firstChild; c != language::kNoNode; c = tree[c].nextSibling) {
+        if (tree[c].kind != language::NodeKind::Code) continue;
+        long start = tree[c].span.begin.offset;
+        for (const editor::Edit& e : edits_)
+            if (e.position <= start) start = std::max(e.position, start - e.deleted) + e.inserted;
+        return offset > start;
+    }
+    return false;
+}
+
+void ScriptAnalysis::edited(const editor::Edit& edit) {
+    if (!stale_) edits_.clear();
+    edits_.push_back(edit);
     stale_ = true;
     // A text read from a file (or a new window's first text) has no undo history: it is analysed
     // as soon as the window is shown, typing only once it pauses.

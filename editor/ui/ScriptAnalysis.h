@@ -3,6 +3,7 @@
 // them until the next edit.
 #pragma once
 
+#include "editor/firstoccurrence.h"
 #include "language/analyse.h"
 #include "language/services.h"
 
@@ -25,6 +26,9 @@ public:
     const std::string& text() const { return text_; }
     // What the language services read: current() with its text.
     language::Script script();
+    // Whether offset lies in the code section as the last analysis (its offsets moved by the edits
+    // made since) places it: a cheap first look before the analysis is asked for while typing.
+    bool inCodeSection(long offset) const;
     // True while no edit came since the last analysis.
     bool isCurrent() const { return !stale_; }
 
@@ -35,15 +39,17 @@ public:
     static const language::VerbDocs& docs();
 
 signals:
-    // A new analysis of the text: after typing paused, after a file was read, or on demand.
+    // Typing paused (or a file was read) and current() is the analysis of the text: what is shown
+    // of it is brought up to date. An analysis asked for while typing goes on is not announced.
     void analysed();
 
 private:
-    void edited();
+    void edited(const editor::Edit& edit);
 
     CogTextBox* box_;
     QTimer pause_;
     std::string text_;
     language::Analysis analysis_;
     bool stale_ = true;
+    std::vector<editor::Edit> edits_; // since the last analysis
 };

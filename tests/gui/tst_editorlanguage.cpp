@@ -22,6 +22,7 @@
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMenuBar>
+#include <QSignalSpy>
 #include <QToolTip>
 #include <QTreeWidget>
 
@@ -29,7 +30,8 @@ namespace {
 
 ScriptedDialogs dialogs;
 QTemporaryDir files;
-bool opened = false; // the case's script is open
+bool opened = false;                     // the case's script is open
+std::unique_ptr<QSignalSpy> typingPause; // the analysis announced once typing pauses
 
 frmTessary* window() {
     return mdlTessary::currentCog();
@@ -85,6 +87,8 @@ bool analysed() {
 }
 
 std::string problems() {
+    if (typingPause && typingPause->isEmpty() && !typingPause->wait()) return "no analysis after typing\n";
+    typingPause.reset();
     if (!analysed()) return "no analysis\n";
     QCoreApplication::processEvents();
     frmMain* frame = mdlTessary::frame();
@@ -136,6 +140,7 @@ std::string completionList() {
 
 std::string keys(const cases::Args& args) {
     CogTextBox* box = window()->txtMain;
+    typingPause = std::make_unique<QSignalSpy>(window()->language.analysis, &ScriptAnalysis::analysed);
     for (const std::string& k : args) typeKeys(box, k);
     std::string out = std::string("analysed: ") + (window()->language.analysis->isCurrent() ? "yes" : "no") +
                       "\n" + caret();
@@ -235,6 +240,7 @@ private slots:
         prepareTessaryTest();
         dialogs = ScriptedDialogs();
         opened = false;
+        typingPause.reset();
         QVERIFY(startTessary(dialogs));
     }
     void cleanup() { stopTessary(); }
