@@ -125,7 +125,7 @@ void frmMain::followLanguage(frmTessary* w) {
     languageConnections_.clear();
     languageWindow_ = w;
     if (w)
-        languageConnections_ << connect(w->language.analysis, &ScriptAnalysis::analysed, this,
+        languageConnections_ << connect(w->features.analysis, &ScriptAnalysis::analysed, this,
                                         &frmMain::showProblems)
                              << connect(w, &QObject::destroyed, this, [this] { followLanguage(nullptr); });
     showProblems();
@@ -133,7 +133,7 @@ void frmMain::followLanguage(frmTessary* w) {
 
 void frmMain::showProblems() {
     lvwProblems->clear();
-    ScriptAnalysis* analysis = languageWindow_ ? languageWindow_->language.analysis : nullptr;
+    ScriptAnalysis* analysis = languageWindow_ ? languageWindow_->features.analysis : nullptr;
     // A text edited since its last analysis is shown once typing pauses.
     if (!analysis || !analysis->isCurrent()) return sbrMain->setDiagnostics(QString());
     const auto& diagnostics = analysis->current().diagnostics;
@@ -157,21 +157,21 @@ void frmMain::lvwProblems_Click(QTreeWidgetItem* item) {
 
 void frmMain::mnuEditGoToDefinition_Click() {
     frmTessary* w = mdlTessary::currentCog();
-    if (w && !w->language.definition->goToDefinition(w->txtMain->selStart()))
+    if (w && !w->features.definition->goToDefinition(w->txtMain->selStart()))
         sbrMain->showMessage(QStringLiteral("There is no declaration of a name at the caret."), 5000);
 }
 
 void frmMain::mnuEditFindUsages_Click() {
     frmTessary* w = mdlTessary::currentCog();
     if (!w) return;
-    const auto usages = w->language.definition->usages(w->txtMain->selStart());
+    const auto usages = w->features.definition->usages(w->txtMain->selStart());
     if (usages.empty()) {
         sbrMain->showMessage(QStringLiteral("There is no symbol or label at the caret."), 5000);
         return;
     }
     usagesWindow_ = w;
     lvwUsages->clear();
-    const std::string& text = w->language.analysis->text();
+    const std::string& text = w->features.analysis->text();
     for (const language::Span& span : usages)
         lvwUsages->addTopLevelItem(placeItem(span, codepage::toText(editor::lineAt(text, span)), true));
     dckUsages->show();
@@ -182,16 +182,16 @@ void frmMain::mnuEditRenameSymbol_Click() {
     frmTessary* w = mdlTessary::currentCog();
     if (!w) return;
     const long caret = w->txtMain->selStart();
-    const language::RenameTarget target = w->language.rename->target(caret);
+    const language::RenameTarget target = w->features.rename->target(caret);
     if (!target.ok()) return refuseRename(target.refusal);
-    const QString name = codepage::toText(w->language.analysis->text().substr(
+    const QString name = codepage::toText(w->features.analysis->text().substr(
         target.span.begin.offset, target.span.end.offset - target.span.begin.offset));
     const QString typed =
         ui::InputBox(QStringLiteral("New name for ") + name, QStringLiteral("Rename Symbol"), name).trimmed();
     if (typed.isEmpty() || typed == name) return; // cancelled, or nothing to change
     const auto bytes = codePageBytes(typed);
     if (!bytes) return;
-    const std::string refusal = w->language.rename->rename(caret, bytes->toStdString());
+    const std::string refusal = w->features.rename->rename(caret, bytes->toStdString());
     if (!refusal.empty()) refuseRename(refusal);
 }
 

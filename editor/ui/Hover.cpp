@@ -6,7 +6,14 @@
 
 #include <QToolTip>
 
+namespace {
+
+constexpr int kDwellMs = 500; // the mouse rests this long
+
+} // namespace
+
 Hover::Hover(CogTextBox* box, ScriptAnalysis* analysis) : QObject(box), box_(box), analysis_(analysis) {
+    box->SendScintilla(QsciScintilla::SCI_SETMOUSEDWELLTIME, static_cast<unsigned long>(kDwellMs), 0L);
     connect(box, &QsciScintillaBase::SCN_DWELLSTART, this, &Hover::dwell);
     connect(box, &QsciScintillaBase::SCN_DWELLEND, this, [] { QToolTip::hideText(); });
 }

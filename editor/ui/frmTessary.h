@@ -55,7 +55,7 @@ public:
     // strFile as this window last read or wrote it.
     editor::DiskState diskState;
     LineEndWatch* lineEnds;            // the line-end style of the text
-    editorfeatures::Features language; // what the COG language tells of the text
+    editorfeatures::Features features; // the COG language features of the text box
 
     QString Caption() const;
     void setCaption(const QString& caption);

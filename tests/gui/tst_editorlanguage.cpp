@@ -83,7 +83,7 @@ std::string rows(QTreeWidget* list) {
 }
 
 bool analysed() {
-    return QTest::qWaitFor([] { return window()->language.analysis->isCurrent(); });
+    return QTest::qWaitFor([] { return window()->features.analysis->isCurrent(); });
 }
 
 std::string problems() {
@@ -140,9 +140,9 @@ std::string completionList() {
 
 std::string keys(const cases::Args& args) {
     CogTextBox* box = window()->txtMain;
-    typingPause = std::make_unique<QSignalSpy>(window()->language.analysis, &ScriptAnalysis::analysed);
+    typingPause = std::make_unique<QSignalSpy>(window()->features.analysis, &ScriptAnalysis::analysed);
     for (const std::string& k : args) typeKeys(box, k);
-    std::string out = std::string("analysed: ") + (window()->language.analysis->isCurrent() ? "yes" : "no") +
+    std::string out = std::string("analysed: ") + (window()->features.analysis->isCurrent() ? "yes" : "no") +
                       "\n" + caret();
     const long line = send(QsciScintilla::SCI_LINEFROMPOSITION, static_cast<unsigned long>(box->selStart()));
     const long start = send(QsciScintilla::SCI_POSITIONFROMLINE, static_cast<unsigned long>(line));
