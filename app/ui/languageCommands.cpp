@@ -137,6 +137,9 @@ void frmMain::showProblems() {
     // A text edited since its last analysis is shown once typing pauses.
     if (!analysis || !analysis->isCurrent()) return sbrMain->setDiagnostics(QString());
     const auto& diagnostics = analysis->current().diagnostics;
+    if (!analysis->checked())
+        return sbrMain->setDiagnostics(
+            QStringLiteral("Not checked: larger than %1 MB").arg(ScriptAnalysis::kLargestChecked >> 20));
     QList<QTreeWidgetItem*> items;
     for (const language::Diagnostic& d : diagnostics) {
         auto* item = placeItem(d.span, codepage::toText(d.text), false);

@@ -41,6 +41,7 @@ Completion::Completion(CogTextBox* box, ScriptAnalysis* analysis)
 
 bool Completion::show() {
     pendingAt_ = -1;
+    if (analysis_->current(), !analysis_->checked()) return false;
     const long caret = box_->selStart();
     const language::Completion c = language::complete(analysis_->script(), static_cast<std::uint32_t>(caret));
     if (c.items.empty()) return false;

@@ -11,6 +11,7 @@ Definition::Definition(CogTextBox* box, ScriptAnalysis* analysis)
 }
 
 bool Definition::goToDefinition(long offset) {
+    if (analysis_->current(), !analysis_->checked()) return false;
     const auto target = language::definition(analysis_->script(), static_cast<std::uint32_t>(offset));
     if (!target) return false;
     box_->setSelStart(target->begin.offset);
@@ -20,6 +21,7 @@ bool Definition::goToDefinition(long offset) {
 }
 
 std::vector<language::Span> Definition::usages(long offset) {
+    if (analysis_->current(), !analysis_->checked()) return {};
     return language::references(analysis_->script(), static_cast<std::uint32_t>(offset), true);
 }
 

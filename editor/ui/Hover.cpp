@@ -19,7 +19,7 @@ Hover::Hover(CogTextBox* box, ScriptAnalysis* analysis) : QObject(box), box_(box
 }
 
 void Hover::dwell(int position, int x, int y) {
-    if (position < 0) return;
+    if (position < 0 || (analysis_->current(), !analysis_->checked())) return;
     const auto about = language::hover(analysis_->script(), static_cast<std::uint32_t>(position));
     if (about)
         QToolTip::showText(box_->viewport()->mapToGlobal(QPoint(x, y)), codepage::toText(about->text),

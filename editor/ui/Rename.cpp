@@ -6,10 +6,12 @@
 Rename::Rename(CogTextBox* box, ScriptAnalysis* analysis) : QObject(box), box_(box), analysis_(analysis) {}
 
 language::RenameTarget Rename::target(long offset) {
+    if (analysis_->current(), !analysis_->checked()) return {{}, "the text is too large to be checked"};
     return language::prepareRename(analysis_->script(), static_cast<std::uint32_t>(offset));
 }
 
 std::string Rename::rename(long offset, std::string_view newName) {
+    if (analysis_->current(), !analysis_->checked()) return "the text is too large to be checked";
     const language::RenameResult result =
         language::rename(analysis_->script(), static_cast<std::uint32_t>(offset), newName);
     if (!result.ok()) return result.refusal;

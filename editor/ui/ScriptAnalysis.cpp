@@ -46,9 +46,15 @@ language::Script ScriptAnalysis::script() {
 
 const language::Analysis& ScriptAnalysis::current() {
     if (!stale_) return analysis_;
+    stale_ = false;
+    checked_ = box_->textLength() <= kLargestChecked;
+    if (!checked_) { // nothing is said about it, and no memory is taken for it
+        text_.clear();
+        analysis_ = {};
+        return analysis_;
+    }
     text_.assign(box_->bytes());
     analysis_ = language::analyse(text_, verbs(), {.syntaxOnly = verbs().size() == 0});
-    stale_ = false;
     return analysis_;
 }
 

@@ -29,6 +29,10 @@ public:
     // Whether offset lies in the code section as the last analysis (its offsets moved by the edits
     // made since) places it: a cheap first look before the analysis is asked for while typing.
     bool inCodeSection(long offset) const;
+    // Whether current() checked the text: one larger than kLargestChecked is not analysed (its
+    // analysis is empty) and the features leave it alone.
+    bool checked() const { return checked_; }
+    static constexpr long kLargestChecked = 2L << 20;
     // True while no edit came since the last analysis.
     bool isCurrent() const { return !stale_; }
 
@@ -51,5 +55,6 @@ private:
     std::string text_;
     language::Analysis analysis_;
     bool stale_ = true;
+    bool checked_ = true;
     std::vector<editor::Edit> edits_; // since the last analysis
 };
