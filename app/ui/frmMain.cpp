@@ -57,6 +57,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     createPanels();
     createMenus();
     addConveniences();
+    addLanguagePanels();
     resize(twips(10500) + 120, twips(7170) + 120);
     move(twips(510), twips(930));
 }

@@ -5,6 +5,7 @@
 #include <QMainWindow>
 
 #include <QByteArray>
+#include <QPointer>
 
 #include <array>
 #include <optional>
@@ -16,12 +17,15 @@ class OpenRequestServer;
 class QAction;
 class QCheckBox;
 class QComboBox;
+class QDockWidget;
 class QGroupBox;
 class QLineEdit;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
 class frmTessary;
 
 class frmMain : public QMainWindow {
@@ -72,6 +76,15 @@ public:
     std::array<QAction*, 1> mnuHelp{};
 
     FrameStatusBar* sbrMain;
+
+    // The docks below the editors: the current window's diagnostics, and the usages last found.
+    QDockWidget* dckProblems;
+    QTreeWidget* lvwProblems;
+    QAction* mnuViewProblems; // shows and hides the Problems dock
+    QDockWidget* dckUsages;   // a tab beside the Problems dock
+    QTreeWidget* lvwUsages;
+    QAction* mnuViewUsages;
+    QAction *mnuEditGoToDefinition, *mnuEditFindUsages, *mnuEditRenameSymbol;
 
     // State of the trees.
     std::optional<std::string> nLC;  // key of the current reference node
@@ -156,6 +169,17 @@ private:
     // The status bar, Go to Line, line ends, tabbed windows and the second shortcuts.
     void addConveniences();
     void setTabbedWindows(bool tabbed);
+    // The Problems dock and the language commands of the Edit menu (languageCommands.cpp).
+    void addLanguagePanels();
+    // Shows the diagnostics of the window in the Problems dock and the status bar, now and after
+    // each new analysis of its text; nullptr shows none.
+    void followLanguage(frmTessary* w);
+    void showProblems();
+    void lvwProblems_Click(QTreeWidgetItem* item);
+    void mnuEditGoToDefinition_Click();
+    void mnuEditFindUsages_Click();
+    void mnuEditRenameSymbol_Click();
+    void lvwUsages_Click(QTreeWidgetItem* item);
     // Listens to a new editor window: files dropped on its text, characters it refused.
     void followEditor(frmTessary* w);
     void fillWindowMenu();
@@ -163,4 +187,7 @@ private:
 
     OpenRequestServer* server_ = nullptr;
     QList<QAction*> windowListActions_;
+    QPointer<frmTessary> languageWindow_; // the window whose diagnostics are shown
+    QPointer<frmTessary> usagesWindow_;   // the window whose usages are listed
+    QList<QMetaObject::Connection> languageConnections_;
 };

@@ -160,6 +160,16 @@ void CogTextBox::replaceRange(long start, long length, const QByteArray& bytes) 
     announceEdit();
 }
 
+int CogTextBox::indicator(const QString& name) {
+    if (!indicators_.contains(name)) indicators_ << name;
+    return INDIC_CONTAINER + int(indicators_.indexOf(name)); // those below belong to lexers
+}
+
+int CogTextBox::marker(const QString& name) {
+    if (!markers_.contains(name)) markers_ << name;
+    return int(markers_.indexOf(name));
+}
+
 void CogTextBox::undo() {
     QsciScintilla::undo();
     announceEdit();

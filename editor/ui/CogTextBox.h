@@ -7,6 +7,8 @@
 
 #include <Qsci/qsciscintilla.h>
 
+#include <QStringList>
+
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -42,6 +44,11 @@ public:
     void setSelText(const QByteArray& bytes);
     // Replaces the bytes [start, start + length) as one undo step, the selection following Scintilla's rules.
     void replaceRange(long start, long length, const QByteArray& bytes);
+
+    // The number of the indicator, or of the margin marker, of that name: given out on the first
+    // request, so that the features drawing on the text never share one by accident.
+    int indicator(const QString& name);
+    int marker(const QString& name);
 
     // Called before the editor handles a key; returning true swallows the key.
     std::function<bool(QKeyEvent*)> keyHook;
@@ -89,5 +96,6 @@ private:
                     int line, int foldNow, int foldPrev, int token, int annotationLinesAdded);
 
     std::optional<editor::Edit> pendingEdit_;
+    QStringList indicators_, markers_;
     bool announceQueued_ = false;
 };

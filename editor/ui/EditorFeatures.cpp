@@ -3,6 +3,12 @@
 #include "editor/ui/CharsetFont.h"
 #include "editor/ui/CogLexer.h"
 #include "editor/ui/CogTextBox.h"
+#include "editor/ui/Completion.h"
+#include "editor/ui/Definition.h"
+#include "editor/ui/DiagnosticMarks.h"
+#include "editor/ui/Hover.h"
+#include "editor/ui/Rename.h"
+#include "editor/ui/ScriptAnalysis.h"
 
 #include <QApplication>
 #include <QFont>
@@ -13,7 +19,6 @@ namespace editorfeatures {
 namespace {
 
 constexpr int lineNumberMargin = 0;
-constexpr int symbolMargin = 1;
 
 QColor blend(const QColor& a, const QColor& b, double weightOfB) {
     return QColor::fromRgbF(static_cast<float>(a.redF() * (1 - weightOfB) + b.redF() * weightOfB),
@@ -34,7 +39,7 @@ void fitLineNumberMargin(CogTextBox* box, int digits) {
 
 } // namespace
 
-void install(CogTextBox* box) {
+Features install(CogTextBox* box) {
     box->setLexer(new CogLexer(box));
 
     const QPalette palette = QApplication::palette();
@@ -44,7 +49,6 @@ void install(CogTextBox* box) {
 
     box->setMarginType(lineNumberMargin, QsciScintilla::NumberMargin);
     box->setMarginLineNumbers(lineNumberMargin, true);
-    box->setMarginWidth(symbolMargin, 4);
     box->setMarginsBackgroundColor(palette.color(QPalette::Window));
     box->setMarginsForegroundColor(
         blend(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.35));
@@ -65,6 +69,16 @@ void install(CogTextBox* box) {
     box->setMatchedBraceForegroundColor(text);
     box->setUnmatchedBraceForegroundColor(QColor(0xd0, 0x20, 0x20));
     box->setUnmatchedBraceBackgroundColor(base);
+
+    Features features;
+    features.analysis = new ScriptAnalysis(box);
+    features.diagnostics = new DiagnosticMarks(box, features.analysis);
+    features.definition = new Definition(box, features.analysis);
+    features.completion = new Completion(box, features.analysis);
+    features.hover = new Hover(box, features.analysis);
+    features.diagnostics->tooltips = false;
+    features.rename = new Rename(box, features.analysis);
+    return features;
 }
 
 void applyFont(CogTextBox* box, const QFont& font) {

@@ -23,7 +23,7 @@
 frmTessary::frmTessary(QWidget* parent) : QWidget(parent) {
     txtMain = new CogTextBox(this);
     txtMain->setObjectName(QStringLiteral("txtMain"));
-    editorfeatures::install(txtMain);
+    features = editorfeatures::install(txtMain);
     lineEnds = new LineEndWatch(txtMain);
     picNotices = new QWidget(this);
     picNotices->setObjectName(QStringLiteral("picNotices"));

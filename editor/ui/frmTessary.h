@@ -4,6 +4,7 @@
 #include "cog/layout.h"
 #include "editor/diskstate.h"
 #include "editor/firstoccurrence.h"
+#include "editor/ui/EditorFeatures.h"
 
 #include <QString>
 #include <QWidget>
@@ -53,7 +54,8 @@ public:
 
     // strFile as this window last read or wrote it.
     editor::DiskState diskState;
-    LineEndWatch* lineEnds; // the line-end style of the text
+    LineEndWatch* lineEnds;            // the line-end style of the text
+    editorfeatures::Features features; // the COG language features of the text box
 
     QString Caption() const;
     void setCaption(const QString& caption);
