@@ -178,13 +178,14 @@ std::string menu(const cases::Args& args) {
     QAction* item = menuItem(args.at(0));
     if (!item) return "no such item\n";
     dialogs.messages.clear();
-    dialogs.inputs.clear();
+    dialogs.log.clear();
     mdlTessary::frame()->sbrMain->clearMessage();
     if (args.size() > 1) dialogs.inputAnswers = {QString::fromStdString(args.at(1))};
     item->trigger();
     std::string out;
-    for (const QStringList& asked : dialogs.inputs) out += "asked: " + text(asked.join(" | ")) + "\n";
-    for (const QString& m : dialogs.texts()) out += "message: " + text(m) + "\n";
+    for (const QString& shown : dialogs.log)
+        if (shown.startsWith("input ")) out += "asked: " + text(shown.mid(6)) + "\n";
+    for (const auto& m : dialogs.messages) out += "message: " + text(m.text) + "\n";
     if (const QString status = mdlTessary::frame()->sbrMain->currentMessage(); !status.isEmpty())
         out += "status: " + text(status) + "\n";
     if (mdlTessary::frame()->dckUsages->isVisible()) out += rows(mdlTessary::frame()->lvwUsages);
