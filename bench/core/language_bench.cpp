@@ -2,27 +2,14 @@
 #include "bench/core/texts.h"
 #include "language/analyse.h"
 
-#include <fstream>
-#include <sstream>
-
 namespace {
-
-const language::VerbTable& verbs() {
-    static const language::VerbTable table = [] {
-        std::ifstream in(TESSARY_BIN_DIR "/verbs.dat", std::ios::binary);
-        std::ostringstream bytes;
-        bytes << in.rdbuf();
-        return language::VerbTable::read(bytes.str());
-    }();
-    return table;
-}
 
 void lint(benchmark::State& state, bool syntaxOnly) {
     const std::string& text = benchtexts::script(static_cast<std::size_t>(state.range(0)));
-    if (verbs().size() == 0) state.SkipWithError("no verbs.dat beside the benchmark");
+    if (benchtexts::verbs().size() == 0) state.SkipWithError("no verbs.dat beside the benchmark");
     std::size_t diagnostics = 0, nodes = 0;
     for (auto _ : state) {
-        const language::Analysis a = language::analyse(text, verbs(), {.syntaxOnly = syntaxOnly});
+        const language::Analysis a = language::analyse(text, benchtexts::verbs(), {.syntaxOnly = syntaxOnly});
         diagnostics = a.diagnostics.size();
         nodes = a.tree.nodes.size();
     }
@@ -31,8 +18,12 @@ void lint(benchmark::State& state, bool syntaxOnly) {
     benchtexts::addBaseline(state, text);
 }
 
-void BM_Lint(benchmark::State& state) { lint(state, false); }
-void BM_LintSyntaxOnly(benchmark::State& state) { lint(state, true); }
+void BM_Lint(benchmark::State& state) {
+    lint(state, false);
+}
+void BM_LintSyntaxOnly(benchmark::State& state) {
+    lint(state, true);
+}
 
 } // namespace
 

@@ -4,27 +4,14 @@
 #include "language/services.h"
 #include "lsp/document.h"
 
-#include <fstream>
-#include <sstream>
-
 namespace {
-
-const language::VerbTable& verbs() {
-    static const language::VerbTable table = [] {
-        std::ifstream in(TESSARY_BIN_DIR "/verbs.dat", std::ios::binary);
-        std::ostringstream bytes;
-        bytes << in.rdbuf();
-        return language::VerbTable::read(bytes.str());
-    }();
-    return table;
-}
 
 // A request at the first use of a name after the middle of the text.
 template <class Request> void request(benchmark::State& state, Request ask) {
     const std::string& text = benchtexts::script(static_cast<std::size_t>(state.range(0)));
-    const language::Analysis analysis = language::analyse(text, verbs());
+    const language::Analysis analysis = language::analyse(text, benchtexts::verbs());
     static const language::VerbDocs docs;
-    const language::Script script{text, analysis, verbs(), docs};
+    const language::Script script{text, analysis, benchtexts::verbs(), docs};
     const auto middle = static_cast<std::uint32_t>(text.size() / 2);
     std::uint32_t at = 0xFFFFFFFF;
     for (const auto& sym : analysis.symbols.symbols)
@@ -54,9 +41,9 @@ void BM_Keystroke_Lsp(benchmark::State& state) {
     const lsp::Position middle = doc.position(static_cast<std::uint32_t>(text.size() / 2));
     for (auto _ : state) {
         doc.replace(middle, middle, "x");
-        benchmark::DoNotOptimize(language::analyse(doc.bytes(), verbs()).diagnostics.size());
+        benchmark::DoNotOptimize(language::analyse(doc.bytes(), benchtexts::verbs()).diagnostics.size());
         doc.replace(middle, {middle.line, middle.character + 1}, "");
-        benchmark::DoNotOptimize(language::analyse(doc.bytes(), verbs()).diagnostics.size());
+        benchmark::DoNotOptimize(language::analyse(doc.bytes(), benchtexts::verbs()).diagnostics.size());
     }
     benchtexts::addBaseline(state, text);
 }

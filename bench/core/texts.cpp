@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <fstream>
 #include <map>
+#include <sstream>
 
 namespace benchtexts {
 
@@ -29,6 +31,16 @@ double memchrSeconds(const std::string& text) {
 void addBaseline(benchmark::State& state, const std::string& text) {
     state.counters["baseline_us"] = memchrSeconds(text) * 1e6;
     state.counters["text_bytes"] = static_cast<double>(text.size());
+}
+
+const language::VerbTable& verbs() {
+    static const language::VerbTable table = [] {
+        std::ifstream in(TESSARY_BIN_DIR "/verbs.dat", std::ios::binary);
+        std::ostringstream bytes;
+        bytes << in.rdbuf();
+        return language::VerbTable::read(bytes.str());
+    }();
+    return table;
 }
 
 void sizes(benchmark::internal::Benchmark* b) {

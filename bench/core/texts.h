@@ -3,6 +3,7 @@
 #pragma once
 
 #include "bench/cogtext.h"
+#include "language/verbs.h"
 
 #include <benchmark/benchmark.h>
 
@@ -18,6 +19,9 @@ double memchrSeconds(const std::string& text);
 
 // Records the baseline of text on the benchmark, in microseconds, and the bytes processed.
 void addBaseline(benchmark::State& state, const std::string& text);
+
+// The verb table verbs.dat of the build, read once; empty when the build has none.
+const language::VerbTable& verbs();
 
 // The sizes every per-size figure runs at: 1 KB, 100 KB, 1 MB and 10 MB.
 void sizes(benchmark::internal::Benchmark* b);
