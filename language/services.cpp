@@ -188,8 +188,9 @@ std::string signature(const Verb& v, const VerbDocs::Entry* doc) {
     const auto names = doc ? argumentNames(doc->call) : std::vector<std::string_view>();
     std::string out = std::string(typeName(v.returns)) + " " + (doc ? doc->name : v.name) + "(";
     for (std::size_t i = 0; i < v.parameters.size(); ++i) {
-        out += (i ? ", " : "") + std::string(typeName(v.parameters[i]));
-        if (names.size() == v.parameters.size()) out += " " + std::string(names[i]);
+        if (i) out += ", ";
+        out += typeName(v.parameters[i]);
+        if (names.size() == v.parameters.size()) (out += ' ') += names[i];
     }
     return out + ")";
 }
