@@ -267,6 +267,19 @@ inline Session& session() {
     return s;
 }
 
+// The rule of a widget test program's sessions: each case of its area played by session().
+inline cases::Rule playSession() {
+    return [](const std::string& input, const cases::Args& args, const QString&) {
+        return session().run(input, args);
+    };
+}
+
+// What ends every session test: the session's state and the program.
+inline void endSessionTest() {
+    session().reset();
+    stopTessary();
+}
+
 // A text in lines; a long one by its first and last lines, its size and a digest.
 inline std::string shownText(const QByteArray& bytes) {
     const std::string b = cases::block(bytes.toStdString());

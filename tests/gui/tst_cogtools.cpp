@@ -25,15 +25,10 @@ private slots:
         prepareTessaryTest();
         dialogs_ = ScriptedDialogs();
     }
-    void cleanup() {
-        session().reset();
-        stopTessary();
-    }
+    void cleanup() { endSessionTest(); }
 
     void sessions_data() { cases::listCases({{"cogtools", {}}}); }
-    void sessions() {
-        cases::runCase({{"cogtools", [](auto& input, auto& a, auto&) { return session().run(input, a); }}});
-    }
+    void sessions() { cases::runCase({{"cogtools", playSession()}}); }
 
     void addSymbolControls() {
         frame_ = startTessary(dialogs_);

@@ -12,15 +12,10 @@ class tst_Documents : public QObject {
     Q_OBJECT
 private slots:
     void init() { prepareTessaryTest(); }
-    void cleanup() {
-        session().reset();
-        stopTessary();
-    }
+    void cleanup() { endSessionTest(); }
 
     void sessions_data() { cases::listCases({{"documents", {}}}); }
-    void sessions() {
-        cases::runCase({{"documents", [](auto& input, auto& a, auto&) { return session().run(input, a); }}});
-    }
+    void sessions() { cases::runCase({{"documents", playSession()}}); }
 
     void printsTheTextToPdf() {
         QTemporaryDir dir;

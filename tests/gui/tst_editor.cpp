@@ -79,16 +79,12 @@ private slots:
         dialogs_ = ScriptedDialogs();
     }
     void cleanup() {
-        session().reset();
-        stopTessary();
+        endSessionTest();
         CogLexer::setSharedVerbs({});
     }
 
     void sessions_data() { cases::listCases({{"editor", {}}, {"keys", {}}}); }
-    void sessions() {
-        cases::runCase({{"editor", [](auto& input, auto& a, auto&) { return session().run(input, a); }},
-                        {"keys", keys}});
-    }
+    void sessions() { cases::runCase({{"editor", playSession()}, {"keys", keys}}); }
 
     // Bytes 0x80-0x9F show their Windows-1252 characters: a stand-in font draws each with the
     // editor font's own outline and advance, and the editor's text uses it.

@@ -75,15 +75,10 @@ private slots:
         prepareTessaryTest();
         dialogs_ = ScriptedDialogs();
     }
-    void cleanup() {
-        session().reset();
-        stopTessary();
-    }
+    void cleanup() { endSessionTest(); }
 
     void sessions_data() { cases::listCases({{"frame", {}}}); }
-    void sessions() {
-        cases::runCase({{"frame", [](auto& input, auto& a, auto&) { return session().run(input, a); }}});
-    }
+    void sessions() { cases::runCase({{"frame", playSession()}}); }
 
     void optionsApplyOkAndCancel_data() {
         QTest::addColumn<QString>("buttons"); // pressed in order: a Apply, o OK, c Cancel, e Esc
